@@ -1,0 +1,39 @@
+# What every target of this project has in common.
+
+# Lets sources and hosts in this tree write <orbel_mesh/mesh/...>, as hosts of the installed package do.
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/include")
+file(CREATE_LINK "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/include/orbel_mesh" SYMBOLIC)
+
+function(orbel_mesh_configure_target target)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden
+                                             VISIBILITY_INLINES_HIDDEN ON)
+  target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
+                                              "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>")
+  # No contraction of a * b + c: the same results on every machine.
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Woverloaded-virtual -Wshadow -Wsuggest-override
+                                           -ffp-contract=off)
+  if(ORBEL_MESH_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(ORBEL_MESH_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-omit-frame-pointer
+                                             -fno-sanitize-recover=undefined)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+# A shared library of the package: hidden by default, versioned, and known inside the build by its bare name.
+function(orbel_mesh_add_shared_library target)
+  cmake_parse_arguments(arg "" "API" "SOURCES" ${ARGN})
+  add_library(${target} SHARED ${arg_SOURCES})
+  orbel_mesh_configure_target(${target})
+  set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_link_options(${target} PRIVATE -Wl,--no-undefined)
+endfunction()
+
+# An executable that draws owns the rendering back end: without it VTK draws nothing and says nothing.
+function(orbel_mesh_add_rendering_backend target)
+  target_link_libraries(${target} PRIVATE VTK::RenderingOpenGL2 VTK::RenderingFreeType VTK::InteractionStyle)
+  vtk_module_autoinit(TARGETS ${target} MODULES VTK::RenderingOpenGL2 VTK::RenderingFreeType VTK::InteractionStyle)
+endfunction()

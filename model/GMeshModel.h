@@ -1,0 +1,192 @@
+#pragma once
+
+#include "mesh/MeshVector.h"
+#include "mesh/database/SMeshOwnerType.h"
+#include "mesh/orbel_mesh_api.h"
+#include "platform/base/GModel.h"
+#include "platform/util/TovanColor.h"
+
+#include <array>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace Tarn {
+class MeshData;
+}
+
+class GMeshDataGroup;
+class GMeshGroup;
+class vtkPlane;
+
+/// What a model keeps for each mesh that was added.
+struct GMeshGraphics {
+  GMeshGroup* group = nullptr; ///< the mesh's graphics, owned by the model
+};
+
+/// The graphics model of one mesh database: the object that a host talks to. It keeps the groups that draw each owner's
+/// entities and how they look, and passes on what changes in the database.
+///
+/// Several meshes may be added for one owner; operations that take an owner act on the first unless they say otherwise,
+/// and do nothing for an owner without a mesh.
+class ORBEL_MESH_API GMeshModel : public GModel {
+public:
+  /// `database` is borrowed and must outlive the model. Nothing is drawn yet.
+  explicit GMeshModel(Tarn::MeshData* database);
+  ~GMeshModel() override;
+
+  /// The database given at construction.
+  Tarn::MeshData* database() const;
+
+  // ------------------------------------------------------------------------------------------ meshes
+
+  /// Draws a set of entities for `owner`, which may be null. An empty set is ignored. `color` all-zero reads as white;
+  /// `shrink` is clamped to 0.1 to 1; `force_scalars` keeps the colour of edges and nodes under a line colour.
+  void add_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, TovanColor color, float shrink,
+                bool force_scalars);
+  /// The same with colours per entity (lists parallel to those of `mesh`), or, where those lists are all empty, per
+  /// node.
+  void add_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, TovanColor color,
+                const std::vector<TovanColor>& node_colors_list,
+                const std::array<std::vector<TovanColor>, 10>& element_colors_by_type,
+                const std::map<Tarn::Handle<0>, TovanColor>& node_colors, float shrink);
+  /// Replaces what is drawn for `owner`, keeping how it looks; adds it when there is nothing yet. An empty set is
+  /// ignored.
+  void add_mesh_unique(const MeshVector& mesh, Tarn::SMeshOwnerType* owner);
+  /// Removes the owner's first mesh, and tells every group that shows entities of the owner that the owner is gone.
+  void remove_mesh(Tarn::SMeshOwnerType* owner);
+  /// Removes entities from all of the owner's meshes, and those meshes that become empty. `mesh` must be sorted and
+  /// without duplicates. True when something went.
+  bool remove_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh);
+  /// The group that draws the owner's first mesh, or null; owned by the model.
+  GMeshGroup* get_mesh(Tarn::SMeshOwnerType* owner);
+  /// Removes all meshes, parts and widgets.
+  void clear() override;
+
+  // ------------------------------------------------------------------------------------------ one owner
+
+  /// The mesh's single colour; all-zero reads as white.
+  void set_color(Tarn::SMeshOwnerType* owner, TovanColor color);
+  /// Shows or hides the mesh.
+  void set_visibility(Tarn::SMeshOwnerType* owner, bool vis);
+  /// Whether it is shown; false for an owner without a mesh.
+  bool get_visibility(Tarn::SMeshOwnerType* owner);
+  /// Marks every mesh as visible. It does not bring those back into the views that were hidden: use `set_visibility`.
+  void reset_entity_visibility();
+  /// Shows or hides the mesh's nodes, whatever the model's own node visibility.
+  void set_node_vis(Tarn::SMeshOwnerType* owner, bool vis);
+  /// Whether its nodes are shown in their own right; false for an owner without a mesh.
+  bool get_node_vis(Tarn::SMeshOwnerType* owner);
+
+  /// The owner's entities that are to be drawn, from the database: its elements of the owner's dimension (of every kind
+  /// where it has any), and those of its nodes that are flagged, all nodes for an owner of dimension 0. Lists that the
+  /// owner has nothing for keep what they held. A null owner leaves `out` alone.
+  void get_mesh_to_draw(Tarn::SMeshOwnerType* owner, MeshVector& out);
+
+  // ------------------------------------------------------------------------------------------ changes
+
+  /// The owner's entities changed in the database: groups that show them ask again when next drawn.
+  void update_mesh_modified(Tarn::SMeshOwnerType* owner);
+  /// The owner's nodes moved: groups that show them are rebuilt when next drawn.
+  void update_mesh_transformed(Tarn::SMeshOwnerType* owner);
+  /// From now on `group` (borrowed) is told of the owner's changes; once per call.
+  void register_owner(GMeshGroup* group, Tarn::SMeshOwnerType* owner);
+  /// Takes back every such call.
+  void unregister_owner(GMeshGroup* group, Tarn::SMeshOwnerType* owner);
+  /// Brings the data of all four data groups up to date.
+  void update_parts() override;
+
+  // ------------------------------------------------------------------------------------------ display of the model
+
+  using GModel::get_render_mode;
+  /// How surfaces are drawn. Modes below 3 show edges and nodes in wire form; mode 4 applies the opacity.
+  void set_render_mode(OBUtil::RenderMode mode) override;
+  /// Opacity of surfaces in mode 4, clamped to 0 to 1.
+  void set_opacity(double o);
+  /// That opacity; 0.5 at first.
+  double get_opacity();
+  /// Shows or hides edges.
+  void set_edge_vis(bool on);
+  /// Whether edges are shown; true at first.
+  bool get_edge_vis();
+  /// Shows or hides the nodes of all meshes but those whose own node visibility is on: these always show.
+  void set_node_vis(bool on);
+  /// Whether nodes are shown; false at first.
+  bool get_node_vis();
+  /// Width of edges in pixels.
+  void set_line_width(float w);
+  /// Width of edges in pixels.
+  float get_line_width();
+  /// Size of nodes in units of 6 pixels.
+  void set_node_point_size(float s);
+  /// Size of nodes in units of 6 pixels; 1 at first.
+  float get_node_point_size();
+  /// One colour for edges and nodes, except those of meshes with forced scalars; all-zero gives them their own colours
+  /// back.
+  void set_line_color(TovanColor color);
+  /// That colour; all-zero at first.
+  TovanColor get_line_color();
+  /// Clips every mesh, also those added later; null for none. The model keeps a reference. After moving the plane in
+  /// place, set it again.
+  void set_clipping_plane(vtkPlane* plane);
+
+  /// How surfaces are drawn, flat; owned by the model, as are the next three.
+  vtkProperty* surface_flat_property();
+  /// How surfaces with colours per node are drawn.
+  vtkProperty* surface_smooth_property();
+  /// How edges are drawn.
+  vtkProperty* edge_property();
+  /// How nodes are drawn.
+  vtkProperty* node_property();
+
+  // ------------------------------------------------------------------------------------------ view props
+
+  /// A surface actor with the two properties (`back` may be null), to be drawn in `mode`; `scalar_vis`: by its "Color"
+  /// array. Like the next two it gives a list of that one actor.
+  static PropList create_mesh_tri_view(vtkDataObject* data, GView* view, vtkProperty* front, vtkProperty* back,
+                                       OBUtil::RenderMode mode, bool scalar_vis);
+  /// An edge actor, drawn as it is in every mode; it cannot be picked.
+  static PropList create_mesh_edge_view(vtkDataObject* data, GView* view, vtkProperty* prop, vtkProperty* back,
+                                        bool visible, bool scalar_vis);
+  /// A node actor; it cannot be picked.
+  static PropList create_mesh_node_view(vtkDataObject* data, GView* view, vtkProperty* prop, vtkProperty* back,
+                                        bool visible, bool scalar_vis);
+  /// A surface actor with the model's flat or smooth property, or those of normal-directed lighting.
+  PropList create_mesh_tri_view(vtkDataObject* data, GView* view, bool flat);
+  /// An edge actor with the model's property, or that of normal-directed lighting.
+  PropList create_mesh_edge_view(vtkDataObject* data, GView* view, bool visible, bool scalar_vis);
+  /// A node actor with the model's property, or that of normal-directed lighting.
+  PropList create_mesh_node_view(vtkDataObject* data, GView* view, bool visible, bool scalar_vis);
+
+  /// Sets the mode of a data group's surface actors, and its wire form (modes below 3).
+  static void set_render_mode(OBUtil::RenderMode mode, GMeshDataGroup* group, ViewProps& views);
+  /// Sets whether a data group's edge and node actors are coloured by their "Color" arrays.
+  static void set_edge_node_scalar_vis(bool on, GMeshDataGroup* group, ViewProps& views);
+  /// Shows or hides a data group's edge actors.
+  static void set_edge_vis(bool on, GMeshDataGroup* group, ViewProps& views);
+  /// Shows or hides a data group's node actors.
+  static void set_node_vis(bool on, GMeshDataGroup* group, ViewProps& views);
+
+private:
+  using Records = std::multimap<Tarn::SMeshOwnerType*, GMeshGraphics>;
+
+  void add_mesh_group(GMeshGroup* group);
+  void remove_mesh_group(GMeshGroup* group);
+
+  Records groups_;
+  std::unique_ptr<GMeshDataGroup> plain_data_group_;
+  std::unique_ptr<GMeshDataGroup> vertex_color_data_group_;
+  std::unique_ptr<GMeshDataGroup> node_vis_data_group_;
+  std::unique_ptr<GMeshDataGroup> scalar_data_group_;
+  vtkPlane* clipping_plane_ = nullptr;
+  vtkProperty* surface_flat_ = nullptr;
+  vtkProperty* surface_smooth_ = nullptr;
+  vtkProperty* edge_prop_ = nullptr;
+  vtkProperty* node_prop_ = nullptr;
+  TovanColor line_color_;
+  double opacity_ = 0.5;
+  bool edge_vis_ = true;
+  bool node_vis_ = false;
+  Tarn::MeshData* mesh_data_;
+  std::multimap<Tarn::SMeshOwnerType*, GMeshGroup*> owner_registry_;
+};

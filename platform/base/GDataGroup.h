@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/base/orbel_base_api.h"
+
+#include <vtkMultiBlockDataSet.h>
+#include <vtkSmartPointer.h>
+
+#include <memory>
+#include <vector>
+
+class GDataGroupEntity;
+
+/// The multi-block data objects that stand for all members of a data group, in part order.
+using BlockList = std::vector<vtkSmartPointer<vtkMultiBlockDataSet>>;
+
+/// Gathers entities whose graphics are drawn together. A data group has a fixed list of data objects, which
+/// `do_update` of the derived class fills from the members. Updates are lazy: changes only mark the group.
+class ORBEL_BASE_API GDataGroup {
+public:
+  /// Forgets its members; they live on.
+  virtual ~GDataGroup();
+  GDataGroup(const GDataGroup&) = delete;
+  GDataGroup& operator=(const GDataGroup&) = delete;
+
+  /// A new, empty data group of the same kind and settings; the caller owns it.
+  virtual GDataGroup* new_instance() = 0;
+
+  /// Makes `entity` the last member (borrowed) and marks the group. The data objects when it became the first member,
+  /// else empty; a member that is added again, or null, changes nothing and gives empty.
+  BlockList add_entity(GDataGroupEntity* entity);
+  /// Takes the member out and marks the group. The data objects when it was the last member, else empty; a stranger
+  /// changes nothing and gives empty.
+  BlockList remove_entity(GDataGroupEntity* entity);
+
+  /// The data objects, in part order, whoever is a member.
+  BlockList all_blocks();
+  /// This data group, then the data groups below it.
+  std::vector<GDataGroup*> all_groups();
+
+  /// Marks the group: the next `update_all` calls `do_update`.
+  void modified();
+  /// Calls `do_update` of each of `all_groups()` that is marked, clearing the mark first. Appends those to `updated`
+  /// unless it is null.
+  void update_all(std::vector<GDataGroup*>* updated);
+  /// Fills the data objects from the members.
+  virtual void do_update() = 0;
+
+protected:
+  GDataGroup();
+  /// The members in order of joining.
+  const std::vector<GDataGroupEntity*>& members() const;
+
+  /// The data objects, in part order; the derived class appends them in its constructor.
+  BlockList data_objects_;
+
+private:
+  friend class GDataGroupEntity;
+  struct Private;
+  std::unique_ptr<Private> d;
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/base/orbel_base_api.h"
+
+#include <vtkMapper2D.h>
+
+#include <memory>
+
+class GModel;
+class TovanString;
+class vtkTextProperty;
+struct TovanColor;
+struct TovanVector;
+
+/// Draws many short texts at points in space. Leaves out points behind the camera, labels whose text and position equal
+/// those of another, and, in render modes 1 to 5 of the model, labels whose point is hidden.
+class ORBEL_BASE_API GLabelMapper : public vtkMapper2D {
+public:
+  /// Makes a mapper without labels.
+  static GLabelMapper* New();
+  vtkTypeMacro(GLabelMapper, vtkMapper2D)
+
+      /// The model whose render mode decides whether hidden labels are drawn; borrowed, may be null.
+      void set_model(GModel* model);
+  /// The text style; shared.
+  void SetTextProperty(vtkTextProperty* property);
+  /// The text style, or null when none was set.
+  vtkTextProperty* GetTextProperty();
+
+  /// Adds a label; the last argument is not used.
+  void add_point(const TovanVector& position, const TovanString& text, const TovanColor& color, int unused);
+  /// Removes all labels.
+  void clear();
+  /// Draws the labels over the viewport.
+  void RenderOverlay(vtkViewport* viewport, vtkActor2D* actor) override;
+
+protected:
+  GLabelMapper();
+  ~GLabelMapper() override;
+  /// One port, which takes any `vtkDataObject`.
+  int FillInputPortInformation(int port, vtkInformation* info) override;
+
+private:
+  GLabelMapper(const GLabelMapper&) = delete;
+  void operator=(const GLabelMapper&) = delete;
+
+  struct Private;
+  std::unique_ptr<Private> d;
+};
