@@ -66,7 +66,7 @@ vtkSmartPointer<vtkCellArray> vertices_on_the_rest(const std::vector<bool>& mark
 
 vtkStandardNewMacro(GNodeGlypher)
 
-    GNodeGlypher::GNodeGlypher() = default;
+GNodeGlypher::GNodeGlypher() = default;
 GNodeGlypher::~GNodeGlypher() = default;
 
 void GNodeGlypher::PrintSelf(ostream& os, vtkIndent indent) { this->Superclass::PrintSelf(os, indent); }

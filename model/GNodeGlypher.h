@@ -11,8 +11,8 @@ public:
   /// Makes the filter, `pass_vertices` off.
   static GNodeGlypher* New();
   vtkTypeMacro(GNodeGlypher, vtkPolyDataAlgorithm)
-      /// Prints what the base class prints.
-      void PrintSelf(ostream& os, vtkIndent indent) override;
+  /// Prints what the base class prints.
+  void PrintSelf(ostream& os, vtkIndent indent) override;
 
   /// Whether points that the input draws as vertex cells get one too. Off at first; moves no time stamp, so set it
   /// before the first update.

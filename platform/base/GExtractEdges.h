@@ -13,8 +13,8 @@ public:
   static GExtractEdges* New();
   vtkTypeMacro(GExtractEdges, vtkPolyDataAlgorithm)
 
-      /// Whether one-dimensional cells pass too. Off at first; moves no time stamp, so set it before the first update.
-      void pass_lines(bool on);
+  /// Whether one-dimensional cells pass too. Off at first; moves no time stamp, so set it before the first update.
+  void pass_lines(bool on);
   /// Whether zero-dimensional cells pass too. Off at first; moves no time stamp, so set it before the first update.
   void pass_vertices(bool on);
 

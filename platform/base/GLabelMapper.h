@@ -20,8 +20,8 @@ public:
   static GLabelMapper* New();
   vtkTypeMacro(GLabelMapper, vtkMapper2D)
 
-      /// The model whose render mode decides whether hidden labels are drawn; borrowed, may be null.
-      void set_model(GModel* model);
+  /// The model whose render mode decides whether hidden labels are drawn; borrowed, may be null.
+  void set_model(GModel* model);
   /// The text style; shared.
   void SetTextProperty(vtkTextProperty* property);
   /// The text style, or null when none was set.
