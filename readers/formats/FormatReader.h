@@ -1,0 +1,42 @@
+#pragma once
+
+#include "readers/FileBytes.h"
+#include "readers/MeshDraft.h"
+
+namespace readers {
+
+/// A file to be read.
+struct Source {
+  std::string path;
+  std::string stem; ///< the file's name without folder and extension
+  const FileBytes& bytes;
+};
+
+/// How one format is read. Both functions throw `Refusal`.
+struct FormatReader {
+  Format format;
+  /// Bounds what the file declares by what it can hold, before anything is allocated for it.
+  void (*check)(const Source&);
+  /// Gives the mesh.
+  MeshDraft (*parse)(const Source&);
+  /// Whether `parse` runs in a process of its own, since it trusts the file.
+  bool guarded;
+};
+
+FormatReader vtu_format();
+FormatReader vtp_format();
+FormatReader vtm_format();
+FormatReader legacy_vtk_format();
+FormatReader exodus_format();
+FormatReader cgns_format();
+FormatReader stl_format();
+FormatReader ply_format();
+FormatReader obj_format();
+
+/// All of them, in the order in which they are listed to users.
+const std::vector<FormatReader>& format_readers();
+
+/// Reads a file without the database: opens it, finds the format by the extension, checks, parses. Throws `Refusal`.
+MeshDraft read_draft(const std::string& path);
+
+} // namespace readers
