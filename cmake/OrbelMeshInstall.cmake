@@ -28,8 +28,10 @@ else()
   set(installed_libraries orbel_mesh)
 endif()
 
+set(ORBEL_MESH_PUBLIC_HEADERS "")
 foreach(library IN LISTS installed_libraries)
   list(TRANSFORM ${library}_headers PREPEND "${PROJECT_SOURCE_DIR}/")
+  list(APPEND ORBEL_MESH_PUBLIC_HEADERS ${${library}_headers})
   target_sources(${library} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${${library}_headers})
   # The folder of each header's own project-relative includes, and the one that hosts write <orbel_mesh/...> against.
   target_include_directories(${library} INTERFACE "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>"

@@ -15,7 +15,9 @@ struct ORBEL_MESH_API MeshVector {
   std::array<std::vector<Tarn::Handle<1>>, 10> elements; ///< elements, one list per `Tarn::ElementType`
 
   MeshVector();
+  /// Copies all lists, `elements[0]` too.
   MeshVector(const MeshVector& other);
+  /// Copies all lists, `elements[0]` too.
   MeshVector& operator=(const MeshVector& other);
   /// Leaves `other` with empty lists.
   MeshVector(MeshVector&& other) noexcept;

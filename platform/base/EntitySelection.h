@@ -13,7 +13,9 @@ public:
   EntitySelection();
   /// Takes a reference of its own on `entity`, which may be null; copies three floats from `point`, unless it is null.
   EntitySelection(const GPicked::PickedEntity* entity, const float point[3], float distance, bool exact);
+  /// Shares the entity.
   EntitySelection(const EntitySelection& other);
+  /// Shares the entity, and releases the one held before.
   EntitySelection& operator=(const EntitySelection& other);
   ~EntitySelection();
 

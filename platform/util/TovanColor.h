@@ -16,6 +16,7 @@ struct TOVAN_UTIL_API TovanColor {
   TovanColor() = default;
   /// Unpacks `value`: red in its lowest byte, alpha in its highest.
   explicit TovanColor(std::uint32_t value);
+  /// Opaque unless `a` says otherwise.
   TovanColor(unsigned char r, unsigned char g, unsigned char b, unsigned char a = 255);
 
   /// The packed form: red in the lowest byte, alpha in the highest.

@@ -10,6 +10,7 @@ struct TOVAN_UTIL_API TovanVector {
 
   /// The origin.
   TovanVector() = default;
+  /// The point with these coordinates.
   TovanVector(double x, double y, double z);
   /// Copies three doubles; `xyz` must not be null.
   explicit TovanVector(const double* xyz);
