@@ -15,7 +15,7 @@ public:
   static Listener* New();
   vtkTypeMacro(Listener, vtkOutputWindow)
 
-      void DisplayText(const char*) override {}
+  void DisplayText(const char*) override {}
   void DisplayWarningText(const char*) override {}
   void DisplayGenericWarningText(const char*) override {}
   void DisplayDebugText(const char*) override {}
@@ -28,8 +28,8 @@ public:
 
 vtkStandardNewMacro(Listener)
 
-    // "ERROR: In FILE, line N\nvtkClass (0x1234): what is wrong" -> "what is wrong"
-    std::string without_source(const std::string& text) {
+// "ERROR: In FILE, line N\nvtkClass (0x1234): what is wrong" -> "what is wrong"
+std::string without_source(const std::string& text) {
   const std::size_t address = text.find(" (0x");
   const std::size_t end = address == std::string::npos ? address : text.find("): ", address);
   return end == std::string::npos ? text : text.substr(end + 3);

@@ -2,6 +2,7 @@
 
 #include "readers/DatabaseFill.h"
 #include "readers/MeshDraft.h"
+#include "readers/ShapeTables.h"
 
 #include <array>
 #include <cmath>
@@ -22,9 +23,6 @@ constexpr double Row = 2.1;
 
 using Corners = std::vector<Site>;
 
-// Lists of corner indices whose mean is a further node, in canonical order.
-using Means = std::vector<std::vector<int>>;
-
 struct Order {
   const char* suffix;
   int row;
@@ -32,32 +30,6 @@ struct Order {
 constexpr Order Linear{"", 0};
 constexpr Order Quadratic{" quadratic", 1};
 constexpr Order Full{" with centres", 2};
-
-const Means& mid_sides(ElementType type) {
-  static const std::map<ElementType, Means> table = {
-      {ElementType::Edge, {{0, 1}}},
-      {ElementType::Tri, {{0, 1}, {1, 2}, {2, 0}}},
-      {ElementType::Quad, {{0, 1}, {1, 2}, {2, 3}, {3, 0}}},
-      {ElementType::Tet, {{0, 1}, {1, 2}, {2, 0}, {0, 3}, {1, 3}, {2, 3}}},
-      {ElementType::Hex,
-       {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {4, 5}, {5, 6}, {6, 7}, {7, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}}},
-      {ElementType::Wedge, {{0, 1}, {1, 2}, {2, 0}, {3, 4}, {4, 5}, {5, 3}, {0, 3}, {1, 4}, {2, 5}}},
-      {ElementType::Pyramid, {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {0, 4}, {1, 4}, {2, 4}, {3, 4}}},
-  };
-  return table.at(type);
-}
-
-const Means& centres(ElementType type) {
-  static const std::map<ElementType, Means> table = {
-      {ElementType::Tri, {{0, 1, 2}}},
-      {ElementType::Quad, {{0, 1, 2, 3}}},
-      {ElementType::Hex,
-       {{0, 3, 7, 4}, {1, 2, 6, 5}, {0, 1, 5, 4}, {3, 2, 6, 7}, {0, 1, 2, 3}, {4, 5, 6, 7}, {0, 1, 2, 3, 4, 5, 6, 7}}},
-      {ElementType::Wedge, {{0, 1, 4, 3}, {1, 2, 5, 4}, {2, 0, 3, 5}}},
-      {ElementType::Pyramid, {{0, 1, 2, 3}}},
-  };
-  return table.at(type);
-}
 
 Site mean(const Corners& corners, const std::vector<int>& which) {
   Site sum{0, 0, 0};
@@ -240,10 +212,10 @@ private:
   static void complete(ElementType type, const Order& order, Corners& element) {
     const Corners corners = element;
     if (order.row > 0)
-      for (const auto& which : mid_sides(type))
+      for (const auto& which : mid_side_corners(type))
         element.push_back(mean(corners, which));
     if (order.row > 1)
-      for (const auto& which : centres(type))
+      for (const auto& which : centre_corners(type))
         element.push_back(mean(corners, which));
   }
 

@@ -30,7 +30,8 @@ const FormatReader& find_format(const std::string& path) {
 } // namespace
 
 const std::vector<FormatReader>& format_readers() {
-  static const std::vector<FormatReader> all = {vtu_format(), vtp_format(), legacy_vtk_format()};
+  static const std::vector<FormatReader> all = {vtu_format(), vtp_format(), legacy_vtk_format(), exodus_format(),
+                                                cgns_format()};
   return all;
 }
 
