@@ -74,6 +74,12 @@ std::string find_inconsistency(const ElementBatch& batch, const MeshDraft& draft
   return positions_fit ? "" : "an element position out of range";
 }
 
+template <typename T> void append_moved(std::vector<T>& to, const std::vector<T>& from, T by) {
+  to.reserve(to.size() + from.size());
+  for (T value : from)
+    to.push_back(value + by);
+}
+
 } // namespace
 
 std::size_t MeshDraft::element_count() const {
@@ -91,6 +97,35 @@ void MeshDraft::leave_out(const std::string& reason, std::uint64_t count) {
       return;
     }
   left_out.push_back({reason, count});
+}
+
+void append_draft(MeshDraft& draft, MeshDraft&& more) {
+  const auto first_node = static_cast<std::uint32_t>(draft.node_count());
+  const auto first_owner = static_cast<std::uint32_t>(draft.owners.size());
+  const bool numbered =
+      draft.node_numbers.size() == draft.node_count() && more.node_numbers.size() == more.node_count();
+  append_moved(draft.node_numbers, more.node_numbers, std::int64_t{0});
+  if (!numbered) draft.node_numbers.clear();
+  append_moved(draft.node_owner, more.node_owner, first_owner);
+  draft.xyz.insert(draft.xyz.end(), more.xyz.begin(), more.xyz.end());
+  draft.owners.insert(draft.owners.end(), more.owners.begin(), more.owners.end());
+  for (ElementBatch& batch : more.batches) {
+    batch.owner += first_owner;
+    for (std::uint32_t& node : batch.nodes)
+      node += first_node;
+    for (std::uint32_t& position : batch.position)
+      position += draft.last_position;
+    draft.batches.push_back(std::move(batch));
+  }
+  for (NodeSet& set : more.node_sets) {
+    for (std::uint32_t& node : set.nodes)
+      node += first_node;
+    draft.node_sets.push_back(std::move(set));
+  }
+  for (const LeftOut& left_out : more.left_out)
+    draft.leave_out(left_out.reason, left_out.count);
+  draft.notices.insert(draft.notices.end(), more.notices.begin(), more.notices.end());
+  draft.last_position += more.last_position;
 }
 
 std::string find_inconsistency(const MeshDraft& draft) {

@@ -47,6 +47,10 @@ struct MeshDraft {
   void leave_out(const std::string& reason, std::uint64_t count = 1);
 };
 
+/// Appends a draft with its own owners and nodes after those there are. Nodes keep the file's numbers where both drafts
+/// have them.
+void append_draft(MeshDraft& draft, MeshDraft&& more);
+
 /// Empty when every index of the draft is within its bounds and its arrays fit each other, else what does not.
 std::string find_inconsistency(const MeshDraft& draft);
 

@@ -27,18 +27,10 @@ const FormatReader& find_format(const std::string& path) {
   throw Refusal("unknown extension " + extension);
 }
 
-} // namespace
-
-const std::vector<FormatReader>& format_readers() {
-  static const std::vector<FormatReader> all = {vtu_format(), vtp_format(), legacy_vtk_format(), exodus_format(),
-                                                cgns_format()};
-  return all;
-}
-
-MeshDraft read_draft(const std::string& path) {
+MeshDraft read(const std::string& path, const std::string& name, bool is_block, int depth) {
   const FileBytes bytes(path);
   const FormatReader& reader = find_format(path);
-  const Source source{path, std::filesystem::path(path).stem().string(), bytes};
+  const Source source{path, name, is_block, depth, bytes};
   reader.check(source);
   const auto parse = [&] { return reader.parse(source); };
   MeshDraft draft = reader.guarded ? read_guarded(parse, limits_for(bytes.size())) : parse();
@@ -46,6 +38,23 @@ MeshDraft read_draft(const std::string& path) {
   const std::string found = find_inconsistency(draft);
   if (!found.empty()) throw Refusal("damaged: its reader gave " + found);
   return draft;
+}
+
+} // namespace
+
+const std::vector<FormatReader>& format_readers() {
+  static const std::vector<FormatReader> all = {vtu_format(),  vtp_format(), vts_format(),        vtr_format(),
+                                                vti_format(),  vtm_format(), legacy_vtk_format(), exodus_format(),
+                                                cgns_format(), stl_format(), ply_format(),        obj_format()};
+  return all;
+}
+
+MeshDraft read_draft(const std::string& path) {
+  return read(path, std::filesystem::path(path).stem().string(), false, 0);
+}
+
+MeshDraft read_block_draft(const std::string& path, const std::string& name, int depth) {
+  return read(path, name, true, depth);
 }
 
 } // namespace readers

@@ -8,7 +8,9 @@ namespace readers {
 /// A file to be read.
 struct Source {
   std::string path;
-  std::string stem; ///< the file's name without folder and extension
+  std::string name;      ///< of the owner where the file names none
+  bool is_block = false; ///< of another file, which gave it its name
+  int depth = 0;         ///< how many files it is nested in
   const FileBytes& bytes;
 };
 
@@ -25,6 +27,9 @@ struct FormatReader {
 
 FormatReader vtu_format();
 FormatReader vtp_format();
+FormatReader vts_format();
+FormatReader vtr_format();
+FormatReader vti_format();
 FormatReader vtm_format();
 FormatReader legacy_vtk_format();
 FormatReader exodus_format();
@@ -36,7 +41,11 @@ FormatReader obj_format();
 /// All of them, in the order in which they are listed to users.
 const std::vector<FormatReader>& format_readers();
 
-/// Reads a file without the database: opens it, finds the format by the extension, checks, parses. Throws `Refusal`.
+/// Reads a file without the database: opens it, finds the format by the extension, checks, parses. Its owner is called
+/// by the file's stem where the file names none. Throws `Refusal`.
 MeshDraft read_draft(const std::string& path);
+
+/// Reads a file that another one names as a block.
+MeshDraft read_block_draft(const std::string& path, const std::string& name, int depth);
 
 } // namespace readers

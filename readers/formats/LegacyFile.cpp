@@ -25,7 +25,7 @@ MeshDraft parse(const Source& source) {
   if (!error.empty()) throw Refusal(error);
   if (!reader->GetOutput()) throw Refusal("holds no mesh");
   MeshDraft draft;
-  add_data_set(draft, *reader->GetOutput(), source.stem);
+  add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   return draft;
 }
 

@@ -1,7 +1,7 @@
 #include "readers/formats/LegacyHeader.h"
 
 #include "readers/Refusal.h"
-#include "readers/formats/XmlScan.h"
+#include "readers/formats/TextNumbers.h"
 
 #include <algorithm>
 #include <array>
@@ -13,8 +13,6 @@
 namespace readers {
 
 namespace {
-
-bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 std::string lower(std::string_view text) {
   std::string result(text.substr(0, 40));
@@ -224,14 +222,7 @@ private:
 
   static bool is_all_blank(std::string_view text) { return std::all_of(text.begin(), text.end(), is_blank); }
 
-  std::string_view word() {
-    while (at_ < text_.size() && is_blank(text_[at_]))
-      ++at_;
-    const std::size_t start = at_;
-    while (at_ < text_.size() && !is_blank(text_[at_]))
-      ++at_;
-    return text_.substr(start, at_ - start);
-  }
+  std::string_view word() { return next_word(text_, at_); }
 
   // The rest of the line.
   std::string_view line() {

@@ -1,4 +1,4 @@
-// VTK's XML files of unstructured grids and poly data.
+// VTK's XML files of a single data set.
 
 #include "readers/DataSetDraft.h"
 #include "readers/OwnerArrays.h"
@@ -9,11 +9,16 @@
 
 #include <vtkDataArraySelection.h>
 #include <vtkDataSet.h>
+#include <vtkImageData.h>
 #include <vtkNew.h>
 #include <vtkPolyData.h>
+#include <vtkRectilinearGrid.h>
+#include <vtkStructuredGrid.h>
 #include <vtkUnstructuredGrid.h>
-#include <vtkXMLDataReader.h>
+#include <vtkXMLImageDataReader.h>
 #include <vtkXMLPolyDataReader.h>
+#include <vtkXMLRectilinearGridReader.h>
+#include <vtkXMLStructuredGridReader.h>
 #include <vtkXMLUnstructuredGridReader.h>
 
 #include <set>
@@ -58,7 +63,7 @@ template <typename Reader> MeshDraft parse_xml(const Source& source) {
   reader->Update();
   refuse_errors(quiet);
   MeshDraft draft;
-  add_data_set(draft, *reader->GetOutput(), source.stem);
+  add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   return draft;
 }
 
@@ -75,6 +80,27 @@ FormatReader vtp_format() {
   return {{"VTK XML poly data", {".vtp"}},
           [](const Source& source) { check_vtk_xml(source.bytes.view(), "PolyData"); },
           parse_xml<vtkXMLPolyDataReader>,
+          true};
+}
+
+FormatReader vts_format() {
+  return {{"VTK XML structured grid", {".vts"}},
+          [](const Source& source) { check_vtk_xml(source.bytes.view(), "StructuredGrid"); },
+          parse_xml<vtkXMLStructuredGridReader>,
+          true};
+}
+
+FormatReader vtr_format() {
+  return {{"VTK XML rectilinear grid", {".vtr"}},
+          [](const Source& source) { check_vtk_xml(source.bytes.view(), "RectilinearGrid"); },
+          parse_xml<vtkXMLRectilinearGridReader>,
+          true};
+}
+
+FormatReader vti_format() {
+  return {{"VTK XML image data", {".vti"}},
+          [](const Source& source) { check_vtk_xml(source.bytes.view(), "ImageData"); },
+          parse_xml<vtkXMLImageDataReader>,
           true};
 }
 

@@ -1,9 +1,10 @@
 #include "readers/formats/XmlHeader.h"
 
 #include "readers/Refusal.h"
+#include "readers/formats/TextNumbers.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cstdlib>
 #include <string>
 
 namespace readers {
@@ -56,8 +57,26 @@ void check_count(const XmlTag& piece, const char* attribute, std::uint64_t bytes
                   "\", more than the file can hold");
 }
 
+// Two ends for each of three axes; the points between them.
+void check_extent(const XmlTag& tag, const char* attribute) {
+  constexpr std::int64_t Most = std::int64_t{1} << 29;
+  const auto text = tag.attribute(attribute);
+  if (!text) return;
+  std::int64_t points = 1;
+  std::size_t at = 0;
+  for (int axis = 0; axis < 3; ++axis) {
+    const auto low = to_integer(next_word(*text, at));
+    const auto high = to_integer(next_word(*text, at));
+    if (!low || !high || std::abs(*low) > Most || std::abs(*high) > Most)
+      throw Refusal(std::string(attribute) + "=\"" + std::string(text->substr(0, 60)) + "\" is not six numbers");
+    points *= std::max<std::int64_t>(0, *high - *low + 1);
+    if (points > Most) throw Refusal(std::string(attribute) + " declares more than 2^29 points");
+  }
+}
+
 void check_piece(const XmlTag& piece, std::uint64_t budget) {
   check_count(piece, "NumberOfPoints", 6, budget);
+  check_extent(piece, "Extent");
   for (const char* cells : {"NumberOfCells", "NumberOfVerts", "NumberOfLines", "NumberOfStrips", "NumberOfPolys"})
     check_count(piece, cells, 4, budget);
 }
@@ -124,6 +143,7 @@ void check_vtk_xml(std::string_view text, std::string_view type) {
   Appended appended;
   for (XmlTag tag; scan.next(tag);) {
     if (tag.name == "Piece") check_piece(tag, budget);
+    check_extent(tag, "WholeExtent");
     if (tag.name == "DataArray" && value_of(tag, "format") == "appended")
       offsets.push_back(to_integer(tag.attribute("offset").value_or("")).value_or(-1));
     if (tag.name == "AppendedData") {

@@ -1,12 +1,10 @@
 #include "readers/formats/XmlScan.h"
 
-#include <charconv>
+#include "readers/formats/TextNumbers.h"
 
 namespace readers {
 
 namespace {
-
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 bool ends_name(char c) { return is_blank(c) || c == '>' || c == '/' || c == '='; }
 
@@ -97,17 +95,6 @@ std::string without_entities(std::string_view value) {
     value.remove_prefix(taken);
   }
   return text;
-}
-
-std::optional<std::int64_t> to_integer(std::string_view text) {
-  while (!text.empty() && is_blank(text.front()))
-    text.remove_prefix(1);
-  while (!text.empty() && is_blank(text.back()))
-    text.remove_suffix(1);
-  std::int64_t value = 0;
-  const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (status != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
 }
 
 } // namespace readers

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,8 +39,5 @@ private:
 
 /// The value of an attribute with the five predefined entities replaced.
 std::string without_entities(std::string_view value);
-
-/// A whole number, blanks around it allowed; nothing for any other text or one beyond 63 bits.
-std::optional<std::int64_t> to_integer(std::string_view text);
 
 } // namespace readers
