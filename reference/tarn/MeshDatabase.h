@@ -35,6 +35,11 @@ public:
   /// or `AnyDimension`; null for any other.
   SMeshOwnerType* add_owner(const std::string& name, std::uint32_t dimension = AnyDimension);
 
+  /// Makes room for `count` more nodes. Optional: saves copying when nodes come in several calls.
+  void reserve_nodes(Count count);
+  /// Makes room for `count` more elements of the kind. Optional, as for nodes.
+  void reserve_elements(ElementType type, int nodes_per_element, Count count);
+
   /// Adds `count` nodes from 3 * `count` interleaved coordinates. `ids`: one local id each, positive, unique and
   /// unused; null for running numbers after the largest so far. `owner` may be null. Gives the first handle, or null
   /// when nothing was added: a count of 0, bad ids, a foreign owner, or more than 2^29 nodes.
@@ -49,6 +54,8 @@ public:
 
   /// Gives elements a global id each; ids need not be unique.
   bool set_global_ids(Count count, const Elem* elements, const int* ids);
+  /// The same for `count` consecutive handles: those that one `add_elements` gave.
+  bool set_global_ids(Elem first, Count count, const int* ids);
   /// Makes `owner` (null: nobody) the primary owner of the nodes.
   bool set_node_owner(Count count, const Node* nodes, SMeshOwnerType* owner);
   /// Makes `owner` (null: nobody) the primary owner of the elements.
@@ -71,6 +78,8 @@ public:
   std::vector<SMeshOwnerType*> owners() const;
   /// The owner's name; "" for a stranger.
   std::string owner_name(SMeshOwnerType* owner) const;
+  /// The first living owner of that name, or null.
+  SMeshOwnerType* find_owner(const std::string& name) const;
   /// How many nodes there are.
   Count node_count() const;
   /// How many living elements of the kind there are.
@@ -83,6 +92,9 @@ public:
   Node find_node(int id) const;
   /// The element with the local id, or null.
   Elem find_element(int id) const;
+  /// The bytes that the mesh occupies: coordinates, connectivity, ids, owners and look-up tables. Room reserved for
+  /// growth is not counted.
+  Count memory_bytes() const;
 
   // ------------------------------------------------------------------------------------------ Tarn::MeshData
 
