@@ -19,6 +19,10 @@ class vtkDataSet;
 class vtkPlane;
 class vtkPolyData;
 class vtkUnstructuredGrid;
+struct EntityColors;
+namespace Tarn {
+class MeshData;
+}
 
 /// The graphics of one set of mesh entities: those of one owner, or any that the caller hands in. Keeps how they look
 /// and turns them into VTK data sets, each rebuilt when it is asked for and something newer than it asks for that.
@@ -76,7 +80,7 @@ public:
   void set_force_scalars(bool on);
   /// Whether its edges and nodes keep their own colours under a line colour; false at first.
   bool get_force_scalars() const;
-  /// From now on the group does not register with the model, nor leave its registry.
+  /// From now on the group is told of no changes: it leaves the model's owner registry and does not register again.
   void set_dont_observe();
 
   /// Sets the single colour; all-zero reads as white. The colour type stays.
@@ -146,6 +150,20 @@ protected:
                                            const std::vector<int> (*element_positions)[10]);
 
 private:
+  void unregister();
+  std::vector<Tarn::SMeshOwnerType*> owners_of(const MeshVector& mesh) const;
+  Tarn::MeshData* database() const;
+  EntityColors colors() const;
+  MeshVector what_is_left() const;
+  void replace_mesh(MeshVector mesh);
+  void keep_filtered_mesh();
+  bool grid_is_stale() const;
+  void build_whole_grid();
+  void build_clipped_grid();
+  void build_grid(const MeshVector& mesh, const std::vector<int>* node_positions,
+                  const std::vector<int> (*element_positions)[10]);
+  template <class Make> vtkPolyData* refreshed(vtkPolyData* data, Make make);
+
   bool visibility_ = true;
   bool node_visibility_ = false;
   bool force_scalars_ = false;
@@ -155,16 +173,17 @@ private:
   double shrink_factor_ = 1.0;
   TovanColor color_;
   Tarn::SMeshOwnerType* mesh_owner_ = nullptr;
-  std::vector<Tarn::SMeshOwnerType*> owners_;
+  std::vector<Tarn::SMeshOwnerType*> owners_; // under which it is registered, ascending, each once
   GMeshModel* model_ = nullptr;
   vtkSmartPointer<vtkPlane> clipping_plane_;
-  std::vector<TovanColor> node_colors_;
-  std::array<std::vector<TovanColor>, 10> element_colors_;
+  std::vector<TovanColor> node_colors_;                    // parallel to mesh_.nodes
+  std::array<std::vector<TovanColor>, 10> element_colors_; // parallel to mesh_.elements
   std::map<Tarn::Handle<0>, TovanColor> vertex_colors_;
   vtkTimeStamp mesh_time_;
   vtkTimeStamp color_time_;
   MeshVector mesh_;
-  MeshVector filtered_mesh_;
+  MeshVector filtered_mesh_;      // what survived clipping, unless
+  bool filtered_is_mesh_ = false; // everything did: a big mesh is not kept twice
   vtkSmartPointer<vtkUnstructuredGrid> grid_;
   vtkSmartPointer<vtkPolyData> tri_data_;
   vtkSmartPointer<vtkPolyData> wire_data_;
