@@ -3,7 +3,7 @@ set(ORBEL_MESH_VTK_PUBLIC VTK::CommonCore VTK::CommonDataModel VTK::CommonExecut
 set(ORBEL_MESH_VTK_PRIVATE VTK::CommonMath VTK::FiltersCore VTK::FiltersGeometry)
 
 set(components CommonCore CommonDataModel CommonExecutionModel CommonMath FiltersCore FiltersGeometry RenderingCore
-               RenderingFreeType)
+               RenderingFreeType RenderingOpenGL2)
 if(ORBEL_MESH_BUILD_VIEWER OR ORBEL_MESH_BUILD_TESTS OR ORBEL_MESH_BUILD_BENCH OR ORBEL_MESH_BUILD_EXAMPLES)
   list(APPEND components CommonColor CommonTransforms FiltersExtraction FiltersGeneral FiltersSources FiltersVerdict
        IOCGNSReader IOExodus IOGeometry IOImage IOLegacy IOPLY IOXML InteractionStyle InteractionWidgets RenderingAnnotation

@@ -55,7 +55,7 @@ public:
   virtual void remove_widget(vtkProp* widget);
   /// Brings the parts' data up to date; called by each view before a frame. The base does nothing.
   virtual void update_parts();
-  /// Called by each view before its window is drawn. The base prepares the model's actors for its render mode.
+  /// Called by each view before its window is drawn, after `update_parts`. The base does nothing.
   virtual void Render(GView* view);
   /// Takes all props out of all views and leaves later views alone; the parts are kept.
   virtual void unhook_from_views();

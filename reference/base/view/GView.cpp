@@ -1,0 +1,166 @@
+#include "platform/base/GView.h"
+
+#include "platform/base/GModel.h"
+#include "reference/base/view/FrameLooks.h"
+#include "reference/base/view/ModelState.h"
+#include "reference/base/view/Stage.h"
+
+#include <vtkActor.h>
+#include <vtkCallbackCommand.h>
+#include <vtkMapper.h>
+#include <vtkNew.h>
+#include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
+#include <vtkRendererCollection.h>
+
+namespace {
+
+// VTK's initial DPI says that nobody has asked the display yet.
+constexpr int kUnknownDpi = 72;
+constexpr int kPlainDpi = 96;
+
+} // namespace
+
+struct GView::Private {
+  explicit Private(GView* view) : self(view) {}
+
+  void open(vtkRenderWindow* window_of_host);
+  void close();
+
+  static void observe(vtkObject* object, unsigned long event, vtkCallbackCommand* command,
+                      void (*callback)(vtkObject*, unsigned long, void*, void*), Private* state);
+  void prepare_models();
+  void start_drawing();
+  std::vector<vtkActor*> part_actors() const;
+
+  GView* self;
+  vtkSmartPointer<vtkRenderWindow> window;
+  vtkNew<vtkRenderer> renderer;
+  FrameLooks looks;
+  FrameLooks::Pass pass = FrameLooks::Pass::Picture;
+  // Frames also come from interactors, captures and hosts that render the window themselves: listening to the window
+  // and the renderer gives all of them the same picture.
+  vtkNew<vtkCallbackCommand> frame_starts;
+  vtkNew<vtkCallbackCommand> drawing_starts;
+  vtkNew<vtkCallbackCommand> drawing_ends;
+  std::shared_ptr<char> life = std::make_shared<char>();
+};
+
+void GView::Private::open(vtkRenderWindow* window_of_host) {
+  window = window_of_host ? vtkSmartPointer<vtkRenderWindow>(window_of_host) : vtkSmartPointer<vtkRenderWindow>::New();
+  window->SetMultiSamples(0);
+  if (window->GetDPI() == kUnknownDpi) window->SetDPI(kPlainDpi);
+  renderer->SetBackground(0.91, 0.92, 0.94);
+  renderer->UseFXAAOn();
+  window->AddRenderer(renderer);
+
+  observe(
+      window, vtkCommand::StartEvent, frame_starts,
+      [](vtkObject*, unsigned long, void* state, void*) { static_cast<Private*>(state)->prepare_models(); }, this);
+  observe(
+      renderer, vtkCommand::StartEvent, drawing_starts,
+      [](vtkObject*, unsigned long, void* state, void*) { static_cast<Private*>(state)->start_drawing(); }, this);
+  observe(
+      renderer, vtkCommand::EndEvent, drawing_ends,
+      [](vtkObject*, unsigned long, void* state, void*) { static_cast<Private*>(state)->looks.take_off(); }, this);
+}
+
+void GView::Private::observe(vtkObject* object, unsigned long event, vtkCallbackCommand* command,
+                             void (*callback)(vtkObject*, unsigned long, void*, void*), Private* state) {
+  command->SetCallback(callback);
+  command->SetClientData(state);
+  object->AddObserver(event, command);
+}
+
+void GView::Private::close() {
+  window->RemoveObserver(frame_starts);
+  renderer->RemoveObserver(drawing_starts);
+  renderer->RemoveObserver(drawing_ends);
+  looks.take_off();
+  window->RemoveRenderer(renderer);
+}
+
+void GView::Private::prepare_models() {
+  const Stage& stage = Stage::instance();
+  const std::weak_ptr<char> alive = life;
+  GView* const view = self;
+  for (GModel* model : std::vector<GModel*>(stage.models)) {
+    if (stage.is_hooked(model)) model->update_parts();
+    if (alive.expired()) return;
+    if (stage.is_hooked(model)) model->Render(view);
+    if (alive.expired()) return;
+  }
+}
+
+void GView::Private::start_drawing() {
+  looks.put_on(renderer, part_actors(), static_cast<double>(window->GetDPI()) / kPlainDpi, pass);
+}
+
+std::vector<vtkActor*> GView::Private::part_actors() const {
+  std::vector<vtkActor*> actors;
+  for (const GModel* model : Stage::instance().models) {
+    const auto shown = model->view_props_.find(self);
+    if (shown == model->view_props_.end()) continue;
+    for (const auto& [data, props] : shown->second)
+      for (const auto& prop : props)
+        if (auto* actor = vtkActor::SafeDownCast(prop)) actors.push_back(actor);
+  }
+  return actors;
+}
+
+GView::GView(vtkRenderWindow* window) : d(std::make_unique<Private>(this)) {
+  // Relative offsets, which keep edges in front of their surfaces, act in this mode only. It is the process's, so the
+  // host's choice stands once a view is open.
+  if (views().empty()) vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
+  d->open(window);
+
+  Stage& stage = Stage::instance();
+  stage.views.push_back(this);
+  for (GModel* model : std::vector<GModel*>(stage.models))
+    if (stage.is_hooked(model)) model->d->show_in(this);
+}
+
+GView::~GView() {
+  Stage& stage = Stage::instance();
+  stage.leave(this);
+  for (GModel* model : std::vector<GModel*>(stage.models))
+    model->d->hide_from(this);
+  d->close();
+}
+
+vtkRenderer* GView::renderer() const { return d->renderer; }
+
+vtkRenderWindow* GView::window() const { return d->window; }
+
+void GView::render() {
+  // Kept here: a model may close the view during its own frame.
+  const vtkSmartPointer<vtkRenderWindow> window = d->window;
+  window->Render();
+}
+
+void GView::render_depth() {
+  const vtkSmartPointer<vtkRenderWindow> window = d->window;
+  const std::weak_ptr<char> alive = d->life;
+  const bool swaps = window->GetSwapBuffers();
+  const int samples = window->GetMultiSamples();
+  std::vector<vtkSmartPointer<vtkRenderer>> others;
+  vtkCollectionSimpleIterator place;
+  window->GetRenderers()->InitTraversal(place);
+  while (vtkRenderer* each = window->GetRenderers()->GetNextRenderer(place))
+    if (each != d->renderer && each->GetDraw()) others.emplace_back(each);
+
+  // Other renderers would draw over the depth; nothing of this frame is to be seen.
+  for (const auto& other : others)
+    other->DrawOff();
+  window->SetSwapBuffers(false);
+  window->SetMultiSamples(0);
+  d->pass = FrameLooks::Pass::Depth;
+  window->Render();
+  if (!alive.expired()) d->pass = FrameLooks::Pass::Picture;
+  window->SetMultiSamples(samples);
+  window->SetSwapBuffers(swaps);
+  for (const auto& other : others)
+    other->DrawOn();
+}
+
+const std::vector<GView*>& GView::views() { return Stage::instance().views; }
