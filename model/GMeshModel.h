@@ -6,6 +6,9 @@
 #include "platform/base/GModel.h"
 #include "platform/util/TovanColor.h"
 
+#include <vtkNew.h>
+#include <vtkSmartPointer.h>
+
 #include <array>
 #include <map>
 #include <memory>
@@ -17,7 +20,9 @@ class MeshData;
 
 class GMeshDataGroup;
 class GMeshGroup;
+class vtkDataObject;
 class vtkPlane;
+class vtkProperty;
 
 /// What a model keeps for each mesh that was added.
 struct GMeshGraphics {
@@ -50,10 +55,12 @@ public:
                 const std::vector<TovanColor>& node_colors_list,
                 const std::array<std::vector<TovanColor>, 10>& element_colors_by_type,
                 const std::map<Tarn::Handle<0>, TovanColor>& node_colors, float shrink);
-  /// Replaces what is drawn for `owner`, keeping how it looks; adds it when there is nothing yet. An empty set is
+  /// Replaces what the owner's first mesh draws, keeping how it looks; adds one when there is none yet. The mesh is
+  /// drawn afterwards even if it was hidden, though `get_visibility` goes on saying that it is. An empty set is
   /// ignored.
   void add_mesh_unique(const MeshVector& mesh, Tarn::SMeshOwnerType* owner);
-  /// Removes the owner's first mesh, and tells every group that shows entities of the owner that the owner is gone.
+  /// Removes the owner's first mesh, then tells every group that shows entities of the owner that the owner is gone.
+  /// Further meshes of the owner stay, without it.
   void remove_mesh(Tarn::SMeshOwnerType* owner);
   /// Removes entities from all of the owner's meshes, and those meshes that become empty. `mesh` must be sorted and
   /// without duplicates. True when something went.
@@ -71,7 +78,8 @@ public:
   void set_visibility(Tarn::SMeshOwnerType* owner, bool vis);
   /// Whether it is shown; false for an owner without a mesh.
   bool get_visibility(Tarn::SMeshOwnerType* owner);
-  /// Marks every mesh as visible. It does not bring those back into the views that were hidden: use `set_visibility`.
+  /// Marks every mesh as visible, no more: one that was hidden comes back into the views when it is hidden and shown
+  /// again with `set_visibility`, or with `add_mesh_unique`.
   void reset_entity_visibility();
   /// Shows or hides the mesh's nodes, whatever the model's own node visibility.
   void set_node_vis(Tarn::SMeshOwnerType* owner, bool vis);
@@ -89,7 +97,8 @@ public:
   void update_mesh_modified(Tarn::SMeshOwnerType* owner);
   /// The owner's nodes moved: groups that show them are rebuilt when next drawn.
   void update_mesh_transformed(Tarn::SMeshOwnerType* owner);
-  /// From now on `group` (borrowed) is told of the owner's changes; once per call.
+  /// From now on `group` (borrowed) is told of the owner's changes, once per call of this. A group that dies without
+  /// leaving the registry is forgotten.
   void register_owner(GMeshGroup* group, Tarn::SMeshOwnerType* owner);
   /// Takes back every such call.
   void unregister_owner(GMeshGroup* group, Tarn::SMeshOwnerType* owner);
@@ -169,7 +178,20 @@ public:
 
 private:
   using Records = std::multimap<Tarn::SMeshOwnerType*, GMeshGraphics>;
+  struct Registration {
+    GMeshGroup* group;
+    vtkSmartPointer<vtkDataObject> life; ///< its back pointer turns null when the group dies
+  };
 
+  void remove_all_meshes();
+  Records::iterator first_record(Tarn::SMeshOwnerType* owner);
+  void add_record(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, std::unique_ptr<GMeshGroup> group);
+  Records::iterator erase_record(Records::iterator record);
+  template <class Change> void tell_groups(Tarn::SMeshOwnerType* owner, Change change);
+
+  void set_initial_looks();
+  void set_surface_opacity(double opacity);
+  GMeshDataGroup* data_group_of(GMeshGroup* group) const;
   void add_mesh_group(GMeshGroup* group);
   void remove_mesh_group(GMeshGroup* group);
 
@@ -178,15 +200,15 @@ private:
   std::unique_ptr<GMeshDataGroup> vertex_color_data_group_;
   std::unique_ptr<GMeshDataGroup> node_vis_data_group_;
   std::unique_ptr<GMeshDataGroup> scalar_data_group_;
-  vtkPlane* clipping_plane_ = nullptr;
-  vtkProperty* surface_flat_ = nullptr;
-  vtkProperty* surface_smooth_ = nullptr;
-  vtkProperty* edge_prop_ = nullptr;
-  vtkProperty* node_prop_ = nullptr;
+  vtkSmartPointer<vtkPlane> clipping_plane_;
+  vtkNew<vtkProperty> surface_flat_;
+  vtkNew<vtkProperty> surface_smooth_;
+  vtkNew<vtkProperty> edge_prop_;
+  vtkNew<vtkProperty> node_prop_;
   TovanColor line_color_;
   double opacity_ = 0.5;
   bool edge_vis_ = true;
   bool node_vis_ = false;
   Tarn::MeshData* mesh_data_;
-  std::multimap<Tarn::SMeshOwnerType*, GMeshGroup*> owner_registry_;
+  std::multimap<Tarn::SMeshOwnerType*, Registration> owner_registry_;
 };
