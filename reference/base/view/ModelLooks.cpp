@@ -4,6 +4,7 @@
 
 #include "platform/base/GDataGroupEntity.h"
 #include "reference/base/GroupLinks.h"
+#include "reference/base/view/CompositeMapper.h"
 
 #include <vtkCompositeDataSet.h>
 #include <vtkDataObject.h>
@@ -16,15 +17,6 @@
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
 #include <vtkTextProperty.h>
-#include <vtkVersion.h>
-
-#if VTK_VERSION_NUMBER >= VTK_VERSION_CHECK(9, 2, 20220823)
-#include <vtkCompositePolyDataMapper.h>
-using CompositeMapper = vtkCompositePolyDataMapper;
-#else
-#include <vtkCompositePolyDataMapper2.h>
-using CompositeMapper = vtkCompositePolyDataMapper2;
-#endif
 
 namespace {
 
@@ -97,7 +89,7 @@ GDataGroupEntity* GModel::get_back_pointer(vtkDataObject* data) {
 vtkSmartPointer<vtkMapper> GModel::create_mapper(vtkDataObject* data, GView*) {
   vtkSmartPointer<vtkMapper> mapper;
   if (vtkCompositeDataSet::SafeDownCast(data))
-    mapper = vtkSmartPointer<CompositeMapper>::New();
+    mapper = make_composite_mapper();
   else if (vtkPolyData::SafeDownCast(data) || !data)
     mapper = vtkSmartPointer<vtkPolyDataMapper>::New();
   else
