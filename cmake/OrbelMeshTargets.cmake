@@ -34,8 +34,11 @@ function(orbel_mesh_add_shared_library target)
   add_library(${target} SHARED ${arg_SOURCES})
   add_library(${arg_EXPORT_NAME} ALIAS ${target})
   orbel_mesh_configure_target(${target})
+  # Installed, it looks beside itself and where the libraries outside this build were found: a VTK in a folder of its
+  # own, a host's platform.
   # Until version 1 every minor version may change the binary interface.
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} EXPORT_NAME ${name} INSTALL_RPATH "$ORIGIN"
+                                             INSTALL_RPATH_USE_LINK_PATH ON
                                              SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
   set(map "${PROJECT_SOURCE_DIR}/cmake/exports/${target}.map")
   target_link_options(${target} PRIVATE -Wl,--no-undefined "-Wl,--version-script=${map}")
