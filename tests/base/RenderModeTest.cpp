@@ -1,0 +1,296 @@
+#include "platform/base/GExtractEdges.h"
+#include "platform/base/GModel.h"
+#include "tests/base/Frame.h"
+
+#include <gtest/gtest.h>
+
+#include <vtkActor.h>
+#include <vtkActor2D.h>
+#include <vtkCamera.h>
+#include <vtkCubeSource.h>
+#include <vtkFloatArray.h>
+#include <vtkInformation.h>
+#include <vtkInformationIntegerKey.h>
+#include <vtkMapper.h>
+#include <vtkPNGWriter.h>
+#include <vtkPlaneSource.h>
+#include <vtkPolyData.h>
+#include <vtkPolyDataMapper2D.h>
+#include <vtkProperty.h>
+#include <vtkRendererCollection.h>
+#include <vtkWindowToImageFilter.h>
+
+#include <cstdlib>
+
+namespace {
+
+constexpr Frame::Color white = {255, 255, 255};
+
+bool is_black(const Frame::Color& color) { return color[0] < 60 && color[1] < 60 && color[2] < 60; }
+bool is_white(const Frame::Color& color) { return is_near(color, white, 2); }
+bool is_red(const Frame::Color& color) { return color[0] > color[1] + 40 && color[0] > color[2] + 40; }
+
+// A red body with black edges, as models make them: the surface follows the render mode, the edges never do.
+class BodyModel : public GModel {
+public:
+  explicit BodyModel(vtkPolyData* body, OBUtil::RenderMode mode) : mode_(mode) {
+    surface->SetColor(0.9, 0.1, 0.1);
+    edge->SetColor(0, 0, 0);
+    edge->LightingOff();
+    edge->SetLineWidth(2);
+    vtkNew<GExtractEdges> extract;
+    extract->SetInputData(body);
+    extract->Update();
+    lines_->ShallowCopy(extract->GetOutput());
+    add_part(body, [this](vtkDataObject* data, GView* view) {
+      surface_actor = make_actor(data, view, surface, mode_);
+      GModel::set_polygon_offset(surface_actor->GetMapper(), 1, 1);
+      return PropList{surface_actor};
+    });
+    add_part(lines_, [this](vtkDataObject* data, GView* view) {
+      edge_actor = make_actor(data, view, edge, OBUtil::AsIs);
+      edge_actor->PickableOff();
+      return PropList{edge_actor};
+    });
+  }
+
+  void set_mode(OBUtil::RenderMode mode) { surface_actor->GetPropertyKeys()->Set(GModel::RENDER_MODE(), mode); }
+
+  vtkNew<vtkProperty> surface;
+  vtkNew<vtkProperty> edge;
+  vtkSmartPointer<vtkActor> surface_actor;
+  vtkSmartPointer<vtkActor> edge_actor;
+
+private:
+  static vtkSmartPointer<vtkActor> make_actor(vtkDataObject* data, GView* view, vtkProperty* property,
+                                              OBUtil::RenderMode mode) {
+    auto actor = vtkSmartPointer<vtkActor>::New();
+    actor->SetProperty(property);
+    vtkNew<vtkInformation> keys;
+    keys->Set(GModel::RENDER_MODE(), mode);
+    actor->SetPropertyKeys(keys);
+    actor->SetMapper(GModel::create_mapper(data, view));
+    return actor;
+  }
+
+  OBUtil::RenderMode mode_;
+  vtkNew<vtkPolyData> lines_;
+};
+
+vtkSmartPointer<vtkPolyData> make_cube() {
+  vtkNew<vtkCubeSource> source;
+  source->Update();
+  return source->GetOutput();
+}
+
+void look_at_a_corner(vtkRenderer* renderer) {
+  renderer->GetActiveCamera()->SetPosition(3, 4, 5);
+  renderer->GetActiveCamera()->SetFocalPoint(0, 0, 0);
+  renderer->ResetCamera();
+}
+
+// For looking at: set ORBEL_MESH_PICTURES to a folder.
+void keep_picture(vtkRenderWindow* window, const std::string& name) {
+  const char* folder = std::getenv("ORBEL_MESH_PICTURES");
+  if (!folder) return;
+  vtkNew<vtkWindowToImageFilter> grab;
+  grab->SetInput(window);
+  grab->SetShouldRerender(false);
+  grab->ReadFrontBufferOff();
+  vtkNew<vtkPNGWriter> writer;
+  writer->SetFileName((std::string(folder) + "/" + name + ".png").c_str());
+  writer->SetInputConnection(grab->GetOutputPort());
+  writer->Write();
+}
+
+float depth_at(vtkRenderWindow* window, int x, int y) { return window->GetRenderers()->GetFirstRenderer()->GetZ(x, y); }
+
+TEST(RenderMode, GivenABodyInEachMode_WhenRendered_ThenSurfacesAndEdgesShowAsTheModeSays) {
+  OffscreenView view;
+  const Frame empty = view.render();
+  ASSERT_EQ(empty.count(is_white), 300 * 200);
+
+  BodyModel model(make_cube(), OBUtil::Shaded);
+  look_at_a_corner(view.renderer());
+  const auto frame_in = [&](OBUtil::RenderMode mode) {
+    model.set_mode(mode);
+    const Frame frame = view.render();
+    keep_picture(view.window(), "mode_" + std::to_string(mode));
+    return frame;
+  };
+
+  const Frame shaded = frame_in(OBUtil::Shaded);
+  EXPECT_GT(shaded.count(is_red), 8000);
+  const int front_edges = shaded.count(is_black);
+  EXPECT_GT(front_edges, 800);
+
+  const Frame wireframe = frame_in(OBUtil::Wireframe);
+  EXPECT_EQ(wireframe.count(is_red), 0);
+  EXPECT_GT(wireframe.count(is_black), front_edges * 5 / 4) << "the edges at the back show too";
+
+  const Frame hidden = frame_in(OBUtil::HiddenLine);
+  EXPECT_EQ(hidden.count(is_red), 0);
+  EXPECT_NEAR(hidden.count(is_black), front_edges, front_edges / 20) << "as shaded, the edges at the back are hidden";
+
+  const Frame dimmed = frame_in(OBUtil::DimmedHiddenLine);
+  const auto is_dim = [](const Frame::Color& c) { return c[0] > 180 && c[0] < 225 && c[0] == c[1] && c[1] == c[2]; };
+  EXPECT_EQ(dimmed.count(is_red), 0);
+  EXPECT_NEAR(dimmed.count(is_black), front_edges, front_edges / 10);
+  EXPECT_GT(dimmed.count(is_dim), front_edges / 6) << "hidden edges at a fifth of their strength";
+  EXPECT_EQ(hidden.count(is_dim), 0);
+
+  model.surface->SetOpacity(0.5);
+  const Frame translucent = frame_in(OBUtil::Translucent);
+  EXPECT_GT(translucent.count(is_red), 8000);
+  EXPECT_GT(translucent.at(150, 90)[1], shaded.at(150, 90)[1] + 20) << "the background shines through";
+  model.surface->SetOpacity(1.0);
+
+  EXPECT_EQ(frame_in(OBUtil::SmoothShaded).pixels, shaded.pixels);
+  EXPECT_EQ(frame_in(OBUtil::AsIs).pixels, shaded.pixels);
+}
+
+TEST(RenderMode, GivenAnyMode_WhenAFrameIsOver_ThenActorAndPropertyAreWhatTheyWere) {
+  OffscreenView view;
+  BodyModel model(make_cube(), OBUtil::Shaded);
+  look_at_a_corner(view.renderer());
+  for (int mode = OBUtil::Wireframe; mode <= OBUtil::AsIs; ++mode) {
+    SCOPED_TRACE(mode);
+    model.set_mode(static_cast<OBUtil::RenderMode>(mode));
+    const vtkMTimeType before = model.surface->GetMTime();
+    view.render();
+    view.get()->render_depth();
+    EXPECT_EQ(model.surface_actor->GetProperty(), model.surface.Get());
+    EXPECT_EQ(model.surface->GetMTime(), before);
+    EXPECT_TRUE(model.surface_actor->GetVisibility());
+    EXPECT_TRUE(model.edge_actor->GetVisibility());
+    EXPECT_TRUE(model.surface_actor->GetPickable());
+    EXPECT_FALSE(model.edge_actor->GetPickable());
+    EXPECT_TRUE(model.surface_actor->GetMapper()->GetScalarVisibility());
+  }
+}
+
+TEST(RenderMode, GivenTwoModelsInTwoViews_WhenInDifferentModes_ThenEachIsDrawnInItsOwn) {
+  OffscreenView one, other;
+  BodyModel model(make_cube(), OBUtil::HiddenLine);
+  look_at_a_corner(one.renderer());
+  look_at_a_corner(other.renderer());
+  one.renderer()->SetBackground(0, 0, 1);
+  const Frame first = one.render();
+  const Frame second = other.render();
+  const auto is_blue = [](const Frame::Color& c) { return is_near(c, {0, 0, 255}, 2); };
+  EXPECT_GT(first.count(is_blue), 50000) << "surfaces take the background of their own view";
+  EXPECT_EQ(first.count(is_white), 0);
+  EXPECT_GT(second.count(is_white), 50000);
+
+  BodyModel shaded(make_cube(), OBUtil::Shaded);
+  EXPECT_GT(other.render().count(is_red), 1000);
+}
+
+TEST(RenderMode, GivenASurfaceAtAGrazingAngle_WhenRendered_ThenItsEdgesHaveNoGaps) {
+  OffscreenView view;
+  vtkNew<vtkPlaneSource> source;
+  source->SetXResolution(4);
+  source->SetYResolution(4);
+  source->SetOrigin(-1, -1, 0);
+  source->SetPoint1(1, -1, 0);
+  source->SetPoint2(-1, 1, 0);
+  source->Update();
+  BodyModel model(source->GetOutput(), OBUtil::Shaded);
+  model.surface->LightingOff(); // seen so flat, the light of the eye leaves it black
+  vtkCamera* camera = view.renderer()->GetActiveCamera();
+  camera->SetPosition(0, -6, 0.45);
+  camera->SetFocalPoint(0, 0, 0);
+  camera->SetViewUp(0, 0, 1);
+  camera->SetViewAngle(22);
+  view.renderer()->ResetCameraClippingRange();
+  const Frame frame = view.render();
+  keep_picture(view.window(), "grazing");
+  ASSERT_GT(frame.count(is_red), 1000);
+  // Along each edge that runs across the picture, every column between its ends must have a black pixel near it.
+  int edges = 0;
+  for (int row = 0; row <= 4; ++row) {
+    double from[3] = {-0.98, -1 + 0.5 * row, 0}, to[3] = {0.98, -1 + 0.5 * row, 0};
+    const auto to_display = [&](double* point) {
+      view.renderer()->SetWorldPoint(point[0], point[1], point[2], 1);
+      view.renderer()->WorldToDisplay();
+      std::copy_n(view.renderer()->GetDisplayPoint(), 3, point);
+    };
+    to_display(from);
+    to_display(to);
+    for (int x = int(from[0]) + 1; x < int(to[0]); ++x) {
+      bool black = false;
+      for (int y = int(from[1]) - 2; y <= int(from[1]) + 2; ++y)
+        black = black || is_black(frame.at(x, y));
+      ASSERT_TRUE(black) << "row " << row << " column " << x;
+    }
+    ++edges;
+  }
+  EXPECT_EQ(edges, 5);
+}
+
+TEST(RenderMode, GivenTheBodyBehindLabelsAndHighlights_WhenTheDepthIsRendered_ThenItIsTheBodysAlone) {
+  OffscreenView view;
+  BodyModel model(make_cube(), OBUtil::Shaded);
+  look_at_a_corner(view.renderer());
+  view.get()->render_depth();
+  const float body = depth_at(view.window(), 150, 100);
+  const float nothing = depth_at(view.window(), 2, 2);
+  ASSERT_LT(body, 1.0F);
+  ASSERT_EQ(nothing, 1.0F);
+
+  vtkNew<vtkPolyData> flat;
+  vtkNew<vtkPoints> points;
+  vtkNew<vtkCellArray> polys;
+  for (const auto& corner : {std::pair{0, 0}, std::pair{300, 0}, std::pair{300, 200}, std::pair{0, 200}})
+    points->InsertNextPoint(corner.first, corner.second, 0);
+  polys->InsertNextCell({0, 1, 2, 3});
+  flat->SetPoints(points);
+  flat->SetPolys(polys);
+  vtkNew<vtkPolyDataMapper2D> mapper;
+  mapper->SetInputData(flat);
+  vtkNew<vtkActor2D> label;
+  label->SetMapper(mapper);
+  model.add_widget(label);
+  vtkNew<vtkActor> highlight;
+  highlight->SetMapper(GModel::create_mapper(make_cube(), view.get()));
+  highlight->SetScale(1.2);
+  highlight->PickableOff();
+  model.add_widget(highlight);
+
+  view.render();
+  EXPECT_NE(depth_at(view.window(), 150, 100), body) << "the label and the highlight are in the way";
+  view.get()->render_depth();
+  EXPECT_EQ(depth_at(view.window(), 150, 100), body);
+  EXPECT_EQ(depth_at(view.window(), 2, 2), 1.0F);
+  EXPECT_TRUE(label->GetVisibility());
+  EXPECT_TRUE(highlight->GetVisibility());
+
+  // Translucent surfaces write their depth in this pass, those of a wireframe have none.
+  model.surface->SetOpacity(0.3);
+  model.set_mode(OBUtil::Translucent);
+  view.get()->render_depth();
+  EXPECT_EQ(depth_at(view.window(), 150, 100), body);
+  model.set_mode(OBUtil::Wireframe);
+  view.get()->render_depth();
+  EXPECT_EQ(depth_at(view.window(), 150, 100), 1.0F);
+}
+
+TEST(RenderMode, GivenADenseDisplay_WhenRendered_ThenLinesAndPointsKeepTheirSizeOnPaper) {
+  OffscreenView view;
+  BodyModel model(make_cube(), OBUtil::Wireframe);
+  look_at_a_corner(view.renderer());
+  view.window()->SetDPI(96);
+  const int plain = view.render().count(is_black);
+  view.window()->SetDPI(192);
+  const int dense = view.render().count(is_black);
+  EXPECT_GT(dense, plain * 3 / 2);
+  EXPECT_EQ(model.edge->GetLineWidth(), 2.0F);
+}
+
+TEST(RenderMode, GivenTheBackEnd_WhenAWindowIsMade_ThenItIsOneThatDraws) {
+  OffscreenView view;
+  EXPECT_STREQ(view.window()->GetClassName(), "vtkXOpenGLRenderWindow");
+  EXPECT_EQ(view.window()->GetMultiSamples(), 0);
+}
+
+} // namespace
