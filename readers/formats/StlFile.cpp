@@ -81,7 +81,8 @@ MeshDraft parse(const Source& source) {
   reader->SetFileName(source.path.c_str());
   reader->MergingOff(); // VTK's merging drops degenerate triangles
   reader->Update();
-  quiet.refuse_errors(source.path);
+  const std::string error = quiet.first_error();
+  if (!error.empty()) throw Refusal(error);
   MeshDraft draft;
   add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   merge_equal_nodes(draft);

@@ -3,6 +3,7 @@
 #include "readers/DataSetDraft.h"
 #include "readers/OwnerArrays.h"
 #include "readers/QuietVtk.h"
+#include "readers/Refusal.h"
 #include "readers/formats/FormatReader.h"
 #include "readers/formats/XmlHeader.h"
 
@@ -45,17 +46,22 @@ void select_arrays(vtkDataArraySelection& selection, const std::set<std::string>
   }
 }
 
+void refuse_errors(const QuietVtk& quiet) {
+  const std::string error = quiet.first_error();
+  if (!error.empty()) throw Refusal(error);
+}
+
 template <typename Reader> MeshDraft parse_xml(const Source& source) {
   const QuietVtk quiet;
   vtkNew<Reader> reader;
   reader->SetFileName(source.path.c_str());
   reader->UpdateInformation();
-  quiet.refuse_errors(source.path);
+  refuse_errors(quiet);
   const std::set<std::string> ids = global_id_arrays(source.bytes.view());
   select_arrays(*reader->GetPointDataArraySelection(), ids, false);
   select_arrays(*reader->GetCellDataArraySelection(), ids, true);
   reader->Update();
-  quiet.refuse_errors(source.path);
+  refuse_errors(quiet);
   MeshDraft draft;
   add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   return draft;
