@@ -26,6 +26,13 @@ else()
   # The host's libraries are the host's; their declarations come with ours.
   list(APPEND orbel_mesh_headers ${tovan_util_headers} ${tovan_tarn_headers} ${orbel_base_headers})
   set(installed_libraries orbel_mesh)
+  # Installed, the library finds the host's where they were found now, also inside this tree.
+  foreach(platform_library IN ITEMS orbel::base tovan::tarn tovan::util)
+    get_target_property(is_imported ${platform_library} IMPORTED)
+    if(is_imported)
+      set_property(TARGET orbel_mesh APPEND PROPERTY INSTALL_RPATH "$<TARGET_FILE_DIR:${platform_library}>")
+    endif()
+  endforeach()
 endif()
 
 set(ORBEL_MESH_PUBLIC_HEADERS "")
