@@ -30,7 +30,8 @@ namespace readers {
 
 namespace {
 
-enum Outcome : int { Parsed = 0, Refused = 1, OutOfMemory = 2, Broken = 3 };
+// Exit codes that nobody else uses: libraries may call exit, sanitizers leave with 1.
+enum Outcome : int { Parsed = 80, Refused = 81, OutOfMemory = 82, Broken = 83 };
 
 // A file without a name, in memory, that both processes see.
 class SharedFile {

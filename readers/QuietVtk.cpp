@@ -1,5 +1,7 @@
 #include "readers/QuietVtk.h"
 
+#include "readers/Refusal.h"
+
 #include <vtkObjectFactory.h>
 #include <vtkOutputWindow.h>
 
@@ -35,6 +37,15 @@ std::string without_source(const std::string& text) {
   return end == std::string::npos ? text : text.substr(end + 3);
 }
 
+// "what is wrong for file: PATH" -> "what is wrong"; elsewhere the path becomes "it".
+std::string without_path(std::string text, const std::string& path) {
+  for (const std::string& phrase : {" for file: " + path, " file: " + path, " file " + path, path}) {
+    const std::size_t at = text.find(phrase);
+    if (!path.empty() && at != std::string::npos) text.replace(at, phrase.size(), phrase == path ? "it" : "");
+  }
+  return text;
+}
+
 std::string in_one_line(const std::string& text) {
   std::string line;
   for (char c : text) {
@@ -57,8 +68,9 @@ QuietVtk::QuietVtk() : before_(vtkOutputWindow::GetInstance()), listener_(vtkSma
 
 QuietVtk::~QuietVtk() { vtkOutputWindow::SetInstance(before_); }
 
-std::string QuietVtk::first_error() const {
-  return in_one_line(without_source(static_cast<Listener*>(listener_.Get())->first_error));
+void QuietVtk::refuse_errors(const std::string& path) const {
+  const std::string& error = static_cast<Listener*>(listener_.Get())->first_error;
+  if (!error.empty()) throw Refusal(in_one_line(without_path(without_source(error), path)));
 }
 
 } // namespace readers

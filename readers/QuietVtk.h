@@ -16,8 +16,9 @@ public:
   QuietVtk(const QuietVtk&) = delete;
   QuietVtk& operator=(const QuietVtk&) = delete;
 
-  /// The first error in one line, without source file, class and address; empty when there was none.
-  std::string first_error() const;
+  /// Throws `Refusal` with the first error, if there was one: one line, without VTK's source file, class and address and
+  /// without the path of the file, which the line begins with anyway.
+  void refuse_errors(const std::string& path) const;
 
 private:
   vtkSmartPointer<vtkOutputWindow> before_;

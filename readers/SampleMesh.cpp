@@ -168,8 +168,8 @@ std::array<double, 3> place(const Site& site, const Order& order, int column, bo
   double x = site[0] / double(Cube) - 0.5;
   double y = site[1] / double(Cube) - 0.5;
   double z = site[2] / double(Cube);
-  if (sheet) z = 0.6 * std::cos(3 * x) * std::cos(3 * y);
-  if (order.row > 0) {
+  if (sheet) z = 0.4 * std::cos(1.9 * x) * std::cos(1.9 * y);
+  if (order.row > 0 && !sheet) {
     const double waist = 1 - 0.35 * std::sin(std::acos(-1.0) * z);
     const double angle = 0.7 * z;
     const double turned = waist * (x * std::cos(angle) - y * std::sin(angle));

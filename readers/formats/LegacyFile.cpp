@@ -21,8 +21,7 @@ MeshDraft parse(const Source& source) {
   reader->ReadAllScalarsOn();
   reader->ReadAllFieldsOn();
   reader->Update();
-  const std::string error = quiet.first_error();
-  if (!error.empty()) throw Refusal(error);
+  quiet.refuse_errors(source.path);
   if (!reader->GetOutput()) throw Refusal("holds no mesh");
   MeshDraft draft;
   add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);

@@ -67,7 +67,7 @@ public:
       else if (keyword == "metadata")
         skip_metadata();
       else
-        return; // attributes, or the end
+        return check_types_fit_cells(); // attributes, or the end
     }
   }
 
@@ -97,21 +97,23 @@ private:
     const std::uint64_t values = keyword == "points" ? 3 : 1;
     line();
     check_fits(keyword, count, values * (binary_ ? size : 2));
-    skip(count * values, size);
+    skip(keyword, count * values, size);
   }
 
   void check_cells(const std::string& keyword) {
-    const std::uint64_t count = declared(keyword);
+    std::uint64_t count = declared(keyword);
     const std::uint64_t length = declared(keyword);
     line();
     if (major_version_ >= 5) {
       check_array(keyword, "offsets", count);
       check_array(keyword, "connectivity", length);
-      return;
+      count -= count > 0 ? 1 : 0;
+    } else {
+      check_fits(keyword, count, binary_ ? 4 : 2);
+      check_fits(keyword, length, binary_ ? 4 : 2);
+      walk_cells(keyword, count, length);
     }
-    check_fits(keyword, count, binary_ ? 4 : 2);
-    check_fits(keyword, length, binary_ ? 4 : 2);
-    walk_cells(keyword, count, length);
+    if (keyword == "cells") cells_ = count;
   }
 
   void check_array(const std::string& section, const std::string& name, std::uint64_t count) {
@@ -119,14 +121,20 @@ private:
     const std::uint64_t size = size_of_type(lower(word()));
     line();
     check_fits(section, count, binary_ ? size : 2);
-    skip(count, size);
+    skip(upper(section) + " " + name, count, size);
   }
 
   void check_types() {
-    const std::uint64_t count = declared("cell_types");
+    types_ = declared("cell_types");
     line();
-    check_fits("cell_types", count, binary_ ? 4 : 2);
-    skip(count, 4);
+    check_fits("cell_types", types_, binary_ ? 4 : 2);
+    skip("cell_types", types_, 4);
+  }
+
+  // The reader takes as many types as there are cells, wherever they come from.
+  void check_types_fit_cells() const {
+    if (cells_ != types_)
+      throw Refusal("has " + std::to_string(cells_) + " CELLS but " + std::to_string(types_) + " CELL_TYPES");
   }
 
   void check_dimensions() {
@@ -192,25 +200,18 @@ private:
     return static_cast<std::uint64_t>(*value);
   }
 
-  void skip(std::uint64_t values, std::uint64_t size) {
-    if (binary_)
+  void skip(const std::string& keyword, std::uint64_t values, std::uint64_t size) {
+    if (binary_) {
       at_ = std::min<std::size_t>(text_.size(), at_ + values * size);
-    else
-      skip_numbers();
-  }
-
-  // To the first line that starts with a letter and is no number.
-  void skip_numbers() {
-    while (at_ < text_.size()) {
-      const std::size_t start = at_;
-      const std::string first = lower(word());
-      const bool number = first.empty() || std::isalpha(static_cast<unsigned char>(first[0])) == 0 ||
-                          first.substr(0, 3) == "nan" || first.substr(0, 3) == "inf";
-      if (!number) {
-        at_ = start;
-        return;
-      }
-      line();
+      return;
+    }
+    for (std::uint64_t i = 0; i < values; ++i) {
+      const std::string_view text = word();
+      if (text.empty())
+        throw Refusal(upper(keyword) + ": ends at value " + std::to_string(i) + " of " + std::to_string(values));
+      if (!is_number(text))
+        throw Refusal(upper(keyword) + ": value " + std::to_string(i) + " is \"" + std::string(text.substr(0, 30)) +
+                      "\"");
     }
   }
 
@@ -236,6 +237,8 @@ private:
   std::size_t at_ = 0;
   int major_version_ = 0;
   bool binary_ = false;
+  std::uint64_t cells_ = 0;
+  std::uint64_t types_ = 0;
 };
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "readers/DataSetDraft.h"
 #include "readers/QuietVtk.h"
-#include "readers/Refusal.h"
 #include "readers/formats/FormatReader.h"
 #include "readers/formats/PlyHeader.h"
 
@@ -20,8 +19,7 @@ MeshDraft parse(const Source& source) {
   reader->SetFileName(source.path.c_str());
   reader->SetDuplicatePointsForFaceTexture(false);
   reader->Update();
-  const std::string error = quiet.first_error();
-  if (!error.empty()) throw Refusal(error);
+  quiet.refuse_errors(source.path);
   MeshDraft draft;
   add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   for (const auto& [name, count] : check_ply(source.bytes.view()))

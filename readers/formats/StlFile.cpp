@@ -81,8 +81,7 @@ MeshDraft parse(const Source& source) {
   reader->SetFileName(source.path.c_str());
   reader->MergingOff(); // VTK's merging drops degenerate triangles
   reader->Update();
-  const std::string error = quiet.first_error();
-  if (!error.empty()) throw Refusal(error);
+  quiet.refuse_errors(source.path);
   MeshDraft draft;
   add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   merge_equal_nodes(draft);

@@ -3,7 +3,6 @@
 #include "readers/DataSetDraft.h"
 #include "readers/OwnerArrays.h"
 #include "readers/QuietVtk.h"
-#include "readers/Refusal.h"
 #include "readers/formats/FormatReader.h"
 #include "readers/formats/XmlHeader.h"
 
@@ -46,22 +45,17 @@ void select_arrays(vtkDataArraySelection& selection, const std::set<std::string>
   }
 }
 
-void refuse_errors(const QuietVtk& quiet) {
-  const std::string error = quiet.first_error();
-  if (!error.empty()) throw Refusal(error);
-}
-
 template <typename Reader> MeshDraft parse_xml(const Source& source) {
   const QuietVtk quiet;
   vtkNew<Reader> reader;
   reader->SetFileName(source.path.c_str());
   reader->UpdateInformation();
-  refuse_errors(quiet);
+  quiet.refuse_errors(source.path);
   const std::set<std::string> ids = global_id_arrays(source.bytes.view());
   select_arrays(*reader->GetPointDataArraySelection(), ids, false);
   select_arrays(*reader->GetCellDataArraySelection(), ids, true);
   reader->Update();
-  refuse_errors(quiet);
+  quiet.refuse_errors(source.path);
   MeshDraft draft;
   add_data_set(draft, *reader->GetOutput(), source.name, source.is_block);
   return draft;

@@ -104,8 +104,11 @@ void check_raw_array(std::int64_t offset, const Header& header, const Appended& 
   // The number of blocks, their size, the size of the last, the compressed size of each.
   if (first > rest.size() / word || (first + 3) * word > rest.size())
     throw Refusal(where + " reaches beyond the end of the file");
-  const std::uint64_t block = first == 0 ? 0 : read_word(rest.data() + word, header);
-  if (first > 0 && block > rest.size() * most_expansion(header.compressor) / first)
+  if (first == 0) return;
+  const std::uint64_t block = read_word(rest.data() + word, header);
+  const std::uint64_t last = read_word(rest.data() + 2 * word, header); // 0: the last one is as long as the others
+  const std::uint64_t most = rest.size() * most_expansion(header.compressor);
+  if (last > most || (first > 1 && block > most / (first - 1)) || (last == 0 && block > most / first))
     throw Refusal(where + " declares more than the file can hold");
 }
 
