@@ -60,7 +60,8 @@ public:
   /// ignored.
   void add_mesh_unique(const MeshVector& mesh, Tarn::SMeshOwnerType* owner);
   /// Removes the owner's first mesh, then tells every group that shows entities of the owner that the owner is gone.
-  /// Further meshes of the owner stay, without it.
+  /// Further meshes of the owner stay until they are removed in turn, but show nothing: their entities were the
+  /// owner's.
   void remove_mesh(Tarn::SMeshOwnerType* owner);
   /// Removes entities from all of the owner's meshes, and those meshes that become empty. `mesh` must be sorted and
   /// without duplicates. True when something went.
