@@ -66,6 +66,11 @@ constexpr ElementShape shapes[] = {
 
 const ElementShape& element_shape(ElementType type) { return shapes[type <= Superelement ? type : None]; }
 
+std::size_t most_nodes(ElementType type) {
+  const ElementShape& shape = element_shape(type);
+  return *std::max_element(std::begin(shape.node_counts), std::end(shape.node_counts));
+}
+
 bool is_node_count(ElementType type, int count) {
   if (count <= 0) return false;
   if (type == Superelement) return true;

@@ -2,6 +2,7 @@
 
 #include "mesh/database/ElementType.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace Tarn {
@@ -29,6 +30,9 @@ struct ElementShape {
 
 /// The shape of the kind; that of `None` for values above 9.
 const ElementShape& element_shape(ElementType type);
+
+/// The largest node count that the kind may have; 0 for superelements, which may have any.
+std::size_t most_nodes(ElementType type);
 
 /// Whether elements of the kind may have `count` nodes: those of the table, and any number for superelements.
 bool is_node_count(ElementType type, int count);

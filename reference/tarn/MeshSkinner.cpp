@@ -2,56 +2,107 @@
 
 #include "mesh/database/MeshData.h"
 #include "reference/tarn/ElementShape.h"
+#include "reference/tarn/ExteriorSides.h"
+#include "reference/tarn/PodArray.h"
 #include "reference/tarn/SideToElementPrivate.h"
 
 #include <algorithm>
-#include <array>
-#include <functional>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace {
 
+using Tarn::ElementRuns;
+using Tarn::ElementShape;
+using Tarn::ExteriorSides;
 using Node = Tarn::Handle<0>;
 using Elem = Tarn::Handle<1>;
-using Count = Tarn::MeshData::Count;
 
-constexpr std::size_t most_nodes = 27;
-constexpr std::size_t batch = 4096;
+/// Walks through a list of elements, from one to a later one.
+class ElementCursor {
+public:
+  explicit ElementCursor(const ElementRuns& list) : run_(list.runs().begin()) {}
 
-// A face by its corners, ascending; triangles end with null.
-using FaceKey = std::array<std::uint64_t, 4>;
-
-struct FaceKeyHash {
-  std::size_t operator()(const FaceKey& key) const {
-    std::uint64_t mixed = 0;
-    for (const std::uint64_t corner : key)
-      mixed = (mixed ^ corner) * 0x9e3779b97f4a7c15ull;
-    return static_cast<std::size_t>(mixed ^ mixed >> 29);
+  /// Goes on to the element with this number in the list.
+  void move_to(std::uint64_t number) {
+    while (number - run_start_ >= run_->count)
+      run_start_ += (run_++)->count;
+    offset_ = number - run_start_;
   }
+  Elem element() const { return {run_->first + offset_}; }
+  int position() const { return static_cast<int>(run_->position + static_cast<std::int64_t>(offset_)); }
+
+private:
+  const ElementRuns::Run* run_;
+  std::uint64_t run_start_ = 0; // number of the run's first element
+  std::uint64_t offset_ = 0;    // within the run
 };
 
-// A face with its nodes in a block that all faces share.
-struct Face {
-  FaceKey key;
-  Side side;
-  std::size_t first_node;
+/// Reads the nodes of elements of one kind in bulk.
+class NodeReader {
+public:
+  explicit NodeReader(Tarn::MeshData& database) : database_(database) {}
+
+  /// Reads `stride` nodes of each element; those that it lacks are null.
+  void read(const Elem* elements, std::size_t count, std::size_t stride) {
+    stride_ = stride;
+    nodes_.assign(count * stride, Node());
+    Tarn::MeshData::Count length = nodes_.size();
+    database_.get_connectivity(count, elements, &length, nodes_.data());
+  }
+  const Node* of(std::size_t element) const { return &nodes_[element * stride_]; }
+  /// How many nodes there are before the first null.
+  std::size_t count(std::size_t element) const {
+    return static_cast<std::size_t>(std::find(of(element), of(element) + stride_, Node()) - of(element));
+  }
+
+private:
+  Tarn::MeshData& database_;
+  std::size_t stride_ = 0;
+  std::vector<Node> nodes_;
 };
 
-FaceKey key_of(const Node* nodes, std::size_t corners) {
-  FaceKey key{};
-  for (std::size_t i = 0; i < corners; ++i)
-    key[i] = nodes[i].value;
-  std::sort(key.begin(), key.end(), std::greater<>());
-  return key;
-}
+/// All nodes of some solids of one kind, to be asked for in the order given.
+class SolidNodes {
+public:
+  SolidNodes(Tarn::MeshData& database, Tarn::ElementType type, std::vector<Elem> solids)
+      : reader_(database), stride_(Tarn::most_nodes(type)), solids_(std::move(solids)) {}
+
+  void move_to(Elem solid) {
+    while (at_ == end_ || solids_[at_] != solid) {
+      if (at_ < end_ && ++at_ < end_) continue;
+      begin_ = end_;
+      end_ = std::min(solids_.size(), begin_ + ElementRuns::chunk_size);
+      reader_.read(&solids_[begin_], end_ - begin_, stride_);
+    }
+  }
+  const Node* nodes() const { return reader_.of(at_ - begin_); }
+  std::size_t count() const { return reader_.count(at_ - begin_); }
+
+private:
+  NodeReader reader_;
+  std::size_t stride_;
+  std::vector<Elem> solids_;
+  std::size_t begin_ = 0; // what was read
+  std::size_t end_ = 0;
+  std::size_t at_ = 0;
+};
+
+using CandidateIt = const ExteriorSides::Candidate*;
 
 } // namespace
 
 struct MeshSkinner::Private {
   SideToElement* solids;
-  std::vector<Tarn::ElementList> shells;
-  std::vector<Side> sides;
-  std::vector<Node> nodes;
+  std::vector<ElementRuns> shells;
+  Tarn::PodArray<Side> sides;
+  Tarn::PodArray<Node> nodes; // of all sides, in their order
+
+  Tarn::MeshData& database() const { return *solids->d->database; }
+  void add_shells(const ElementRuns& list, ExteriorSides& exterior);
+  void add_solids(const ElementRuns& list, std::uint64_t first, CandidateIt begin, CandidateIt end);
+  int add_side_nodes(const ExteriorSides::Candidate& side, const ElementShape& shape, const SolidNodes& solid);
+  std::vector<Side*> finish();
 };
 
 MeshSkinner::MeshSkinner(SideToElement* solids) : d(std::make_unique<Private>()) { d->solids = solids; }
@@ -59,109 +110,103 @@ MeshSkinner::MeshSkinner(SideToElement* solids) : d(std::make_unique<Private>())
 MeshSkinner::~MeshSkinner() = default;
 
 bool MeshSkinner::add_skin_elements(const std::vector<Elem>& elements, const std::vector<int>& positions) {
-  if (elements.empty() || positions.empty()) return false;
-  d->shells.push_back({elements, positions});
-  return true;
+  return Tarn::append_of_kind(d->database(), {Tarn::Tri, Tarn::Quad}, elements, positions, d->shells);
 }
 
-namespace {
-
-class Gatherer {
-public:
-  explicit Gatherer(Tarn::MeshData& database) : database_(database) {}
-
-  std::vector<Face> faces;
-  std::vector<Node> nodes;
-
-  void add_shells(const Tarn::ElementList& list) {
-    for_each(list, [&](Tarn::ElementType type, std::size_t i, const Node* at, std::size_t count) {
-      const std::size_t corners = type == Tarn::Tri ? 3 : type == Tarn::Quad ? 4 : 0;
-      if (corners && count >= corners) add(list, i, int(corners), at, count);
-    });
-  }
-
-  void add_sides(const Tarn::ElementList& list) {
-    for_each(list, [&](Tarn::ElementType type, std::size_t i, const Node* at, std::size_t count) {
-      const Tarn::ElementShape& shape = Tarn::element_shape(type);
-      if (count < shape.corner_count) return;
-      const bool quadratic = count > shape.corner_count && count >= shape.node_counts[1];
-      for (int s = 0; s < shape.side_count; ++s) {
-        const Tarn::SideShape& side = shape.sides[s];
-        Node side_nodes[9];
-        const int own = side.corner_count * (quadratic ? 2 : 1);
-        int written = 0;
-        for (; written < own; ++written)
-          side_nodes[written] = at[side.nodes[written]];
-        if (shape.with_centres && count == shape.with_centres && side.centre) side_nodes[written++] = at[side.centre];
-        add(list, i, side.corner_count, side_nodes, std::size_t(written));
-      }
-    });
-  }
-
-private:
-  template <class Visit> void for_each(const Tarn::ElementList& list, Visit visit) {
-    std::vector<Tarn::ElementType> types(list.size(), Tarn::None);
-    database_.get_element_types(list.size(), list.elements.data(), types.data());
-    std::vector<Node> connectivity;
-    for (std::size_t begin = 0; begin < list.size(); begin += batch) {
-      const std::size_t count = std::min(batch, list.size() - begin);
-      connectivity.assign(count * most_nodes, Node{});
-      Count length = connectivity.size();
-      database_.get_connectivity(count, &list.elements[begin], &length, connectivity.data());
-      for (std::size_t i = 0; i < count; ++i) {
-        const Node* at = &connectivity[i * most_nodes];
-        const std::size_t known = std::size_t(std::find(at, at + most_nodes, Node{}) - at);
-        if (types[begin + i] <= Tarn::Superelement) visit(types[begin + i], begin + i, at, known);
-      }
-    }
-  }
-
-  void add(const Tarn::ElementList& list, std::size_t i, int kind, const Node* at, std::size_t count) {
-    faces.push_back({key_of(at, std::size_t(kind)),
-                     {kind, int(count), nullptr, list.elements[i], list.positions[i]},
-                     nodes.size()});
-    nodes.insert(nodes.end(), at, at + count);
-  }
-
-  Tarn::MeshData& database_;
-};
-
-} // namespace
-
 std::vector<Side*> MeshSkinner::getMeshSkin() {
-  Gatherer shells(*d->solids->d->database);
-  for (const auto& list : d->shells)
-    shells.add_shells(list);
-  Gatherer solids(*d->solids->d->database);
-  for (const auto& list : d->solids->d->lists)
-    solids.add_sides(list);
-
-  constexpr int covered = 2;
-  std::unordered_map<FaceKey, int, FaceKeyHash> times;
-  times.reserve(solids.faces.size());
-  for (const Face& face : solids.faces)
-    ++times[face.key];
-  for (const Face& face : shells.faces)
-    times[face.key] += covered;
-
+  std::vector<ElementRuns>& solids = d->solids->d->lists;
+  Tarn::drop_repeated(solids);
+  ExteriorSides exterior(d->database(), solids);
   d->sides.clear();
   d->nodes.clear();
-  std::vector<std::size_t> first_node;
-  const auto keep = [&](const Face& face, const std::vector<Node>& nodes) {
-    first_node.push_back(d->nodes.size());
-    d->sides.push_back(face.side);
-    const Node* at = nodes.data() + face.first_node;
-    d->nodes.insert(d->nodes.end(), at, at + face.side.node_count);
-  };
-  for (const Face& face : shells.faces)
-    keep(face, shells.nodes);
-  for (const Face& face : solids.faces)
-    if (times[face.key] == 1) keep(face, solids.nodes);
+  for (const ElementRuns& list : d->shells)
+    d->add_shells(list, exterior);
+  CandidateIt begin = exterior.candidates().begin();
+  std::uint64_t first = 0;
+  for (const ElementRuns& list : solids) {
+    const std::uint64_t next = first + list.size();
+    const CandidateIt end = std::find_if(begin, exterior.candidates().end(),
+                                         [next](const ExteriorSides::Candidate& side) { return side.solid >= next; });
+    d->add_solids(list, first, begin, end);
+    first = next;
+    begin = end;
+  }
+  return d->finish();
+}
 
-  std::vector<Side*> skin;
-  for (std::size_t i = 0; i < d->sides.size(); ++i) {
-    d->sides[i].nodes = d->nodes.data() + first_node[i];
-    skin.push_back(&d->sides[i]);
+void MeshSkinner::Private::add_shells(const ElementRuns& list, ExteriorSides& exterior) {
+  const std::size_t corners = Tarn::element_shape(list.type()).corner_count;
+  NodeReader reader(database());
+  ElementCursor shell(list);
+  std::uint64_t number = 0;
+  sides.reserve_more(list.size());
+  nodes.reserve_more(list.size() * corners);
+  list.for_each_chunk([&](const Elem* elements, std::size_t count) {
+    // One node more than there are corners tells shells that have more; a chunk with any is read again whole.
+    reader.read(elements, count, corners + 1);
+    bool is_linear = true;
+    for (std::size_t i = 0; i < count; ++i)
+      is_linear = is_linear && reader.of(i)[corners] == Node();
+    if (!is_linear) reader.read(elements, count, Tarn::most_nodes(list.type()));
+    for (std::size_t i = 0; i < count; ++i) {
+      shell.move_to(number++);
+      const std::size_t known = reader.count(i);
+      if (known < corners) continue;
+      exterior.cover(reader.of(i), static_cast<int>(corners));
+      std::copy_n(reader.of(i), known, nodes.append(known));
+      sides.push_back({static_cast<int>(corners), static_cast<int>(known), nullptr, elements[i], shell.position()});
+    }
+  });
+}
+
+void MeshSkinner::Private::add_solids(const ElementRuns& list, std::uint64_t first, CandidateIt begin,
+                                      CandidateIt end) {
+  std::vector<Elem> quadratic;
+  ElementCursor cursor(list);
+  for (CandidateIt side = begin; side != end; ++side) {
+    if (!side->is_exterior || !side->is_quadratic) continue;
+    cursor.move_to(side->solid - first);
+    if (quadratic.empty() || quadratic.back() != cursor.element()) quadratic.push_back(cursor.element());
+  }
+  sides.reserve_more(static_cast<std::size_t>(end - begin));
+  nodes.reserve_more(static_cast<std::size_t>(end - begin) * 4);
+  SolidNodes solid_nodes(database(), list.type(), std::move(quadratic));
+  ElementCursor solid(list);
+  for (CandidateIt side = begin; side != end; ++side) {
+    if (!side->is_exterior) continue;
+    solid.move_to(side->solid - first);
+    int node_count = side->corner_count;
+    if (side->is_quadratic) {
+      solid_nodes.move_to(solid.element());
+      node_count = add_side_nodes(*side, Tarn::element_shape(list.type()), solid_nodes);
+    } else {
+      std::copy_n(side->corners, node_count, nodes.append(side->corner_count));
+    }
+    sides.push_back({side->corner_count, node_count, nullptr, solid.element(), solid.position()});
+  }
+}
+
+// The side's corners, its mid-side nodes where the solid has all of them, its centre where the solid has centres.
+int MeshSkinner::Private::add_side_nodes(const ExteriorSides::Candidate& side, const ElementShape& shape,
+                                         const SolidNodes& solid) {
+  const Tarn::SideShape& side_shape = shape.sides[side.side];
+  const std::size_t known = solid.count();
+  const std::size_t own = side_shape.corner_count * (known >= shape.node_counts[1] ? 2u : 1u);
+  for (std::size_t i = 0; i < own; ++i)
+    nodes.push_back(solid.nodes()[side_shape.nodes[i]]);
+  const bool has_centre = side_shape.centre != 0 && known == shape.with_centres;
+  if (has_centre) nodes.push_back(solid.nodes()[side_shape.centre]);
+  return static_cast<int>(own + has_centre);
+}
+
+// The nodes lie still now: tells the sides where.
+std::vector<Side*> MeshSkinner::Private::finish() {
+  std::vector<Side*> skin(sides.size());
+  const Node* first = nodes.data();
+  for (std::size_t i = 0; i < sides.size(); ++i) {
+    sides[i].nodes = first;
+    first += sides[i].node_count;
+    skin[i] = &sides[i];
   }
   return skin;
 }

@@ -7,5 +7,5 @@ SideToElement::SideToElement(Tarn::MeshData* database) : d(std::make_unique<Priv
 SideToElement::~SideToElement() = default;
 
 void SideToElement::add_elements(const std::vector<Tarn::Handle<1>>& elements, const std::vector<int>& positions) {
-  if (!elements.empty() && !positions.empty()) d->lists.push_back({elements, positions});
+  Tarn::append_of_kind(*d->database, {Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid}, elements, positions, d->lists);
 }

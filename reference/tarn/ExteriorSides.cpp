@@ -1,0 +1,235 @@
+#include "reference/tarn/ExteriorSides.h"
+
+#include "mesh/database/MeshData.h"
+#include "reference/tarn/ElementShape.h"
+#include "reference/tarn/SideFolds.h"
+
+#include <algorithm>
+#include <array>
+#include <type_traits>
+
+namespace Tarn {
+
+namespace {
+
+using Node = Handle<0>;
+using Elem = Handle<1>;
+
+constexpr std::uint32_t no_candidate = 0xffffffffu;
+
+// Null stays null. Two multiplications: sums of neighbouring handles must not be told by the handles' own sum.
+std::uint64_t mixed(std::uint64_t node) {
+  node *= 0x9e3779b97f4a7c15ull;
+  node ^= node >> 32;
+  return node * 0xd6e8feb86659fd93ull;
+}
+
+std::uint64_t sum(std::uint64_t a, std::uint64_t b) { return a + b; }
+std::uint64_t smaller(std::uint64_t a, std::uint64_t b) { return a < b ? a : b; }
+
+/// The nodes of a chunk of elements, as many of each as asked for, null where there is none.
+class ChunkNodes {
+public:
+  ChunkNodes(MeshData& database, std::size_t stride)
+      : database_(database), stride_(stride), nodes_(stride * ElementRuns::chunk_size) {}
+
+  void read(const Elem* elements, std::size_t count) {
+    std::fill_n(nodes_.begin(), count * stride_, 0);
+    MeshData::Count length = count * stride_;
+    static_assert(sizeof(Node) == sizeof(std::uint64_t) && std::is_standard_layout_v<Node>, "a handle is its value");
+    database_.get_connectivity(count, elements, &length, reinterpret_cast<Node*>(nodes_.data()));
+  }
+  const std::uint64_t* of(std::size_t element) const { return nodes_.data() + element * stride_; }
+
+private:
+  MeshData& database_;
+  std::size_t stride_;
+  std::vector<std::uint64_t> nodes_;
+};
+
+/// How many different nodes there are, and the mix of these.
+struct DistinctCorners {
+  int count = 0;
+  std::uint64_t key = 0;
+};
+
+DistinctCorners distinct_corners(const Node* corners, int count) {
+  DistinctCorners distinct;
+  for (int i = 0; i < count; ++i) {
+    if (std::find(corners, corners + i, corners[i]) != corners + i) continue;
+    ++distinct.count;
+    distinct.key += mixed(corners[i].value);
+  }
+  return distinct;
+}
+
+bool all_among(const Node* some, int count, const Node* corners, int corner_count) {
+  return std::all_of(some, some + count, [=](Node node) {
+    return std::find(corners, corners + corner_count, node) != corners + corner_count;
+  });
+}
+
+bool is_same_side(const ExteriorSides::Candidate& a, const ExteriorSides::Candidate& b) {
+  return a.key == b.key && all_among(a.corners, a.corner_count, b.corners, b.corner_count) &&
+         all_among(b.corners, b.corner_count, a.corners, a.corner_count);
+}
+
+// Kinds whose solids share nodes with many others need fewer slots.
+std::uint64_t expected_nodes(const ElementRuns& list) {
+  if (list.type() == Tet) return list.size() / 4;
+  return list.type() == Hex ? list.size() : list.size() / 2;
+}
+
+} // namespace
+
+ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists) {
+  if (lists.empty()) return;
+  choose_slots(database, lists);
+  for (const ElementRuns& list : lists)
+    for_kind(list.type(), [&](auto type) { toggle_sides<type()>(database, list); });
+  mark_open_slots();
+  std::uint64_t solid = 0;
+  for (const ElementRuns& list : lists) {
+    for_kind(list.type(),
+             [&](auto type) { list_open_sides<type()>(database, list, static_cast<std::uint32_t>(solid)); });
+    solid += list.size();
+  }
+}
+
+void ExteriorSides::cover(const Node* corners, int count) {
+  if (words_.empty()) return;
+  Candidate shell{};
+  std::copy_n(corners, count, shell.corners);
+  shell.corner_count = static_cast<unsigned char>(count);
+  shell.key = distinct_corners(corners, count).key;
+  const std::uint64_t slot = slot_of(std::min_element(corners, corners + count)->value);
+  if (states_[slot] != Listed) return;
+  for (auto at = static_cast<std::uint32_t>(words_[slot]); at != no_candidate; at = candidates_[at].next)
+    if (is_same_side(candidates_[at], shell)) candidates_[at].is_exterior = false;
+}
+
+template <class Call> void ExteriorSides::for_kind(ElementType type, Call call) {
+  switch (type) {
+  case Tet:
+    return call(std::integral_constant<ElementType, Tet>());
+  case Hex:
+    return call(std::integral_constant<ElementType, Hex>());
+  case Wedge:
+    return call(std::integral_constant<ElementType, Wedge>());
+  case Pyramid:
+    return call(std::integral_constant<ElementType, Pyramid>());
+  default:
+    return;
+  }
+}
+
+// About one slot a node. Handles may be anything, addresses for example: low bits that never change are left out. A
+// poor choice costs time only.
+void ExteriorSides::choose_slots(MeshData& database, const std::vector<ElementRuns>& lists) {
+  std::uint64_t nodes = 0;
+  for (const ElementRuns& list : lists)
+    nodes += expected_nodes(list);
+  std::uint64_t slots = 1024;
+  while (slots < nodes)
+    slots *= 2;
+  mask_ = slots - 1;
+  words_.assign(slots, 0);
+
+  const ElementRuns& list = lists.front();
+  ChunkNodes sample(database, 4);
+  const Elem first{list.runs()[0].first};
+  std::array<Elem, ElementRuns::chunk_size> elements;
+  const std::size_t count = std::min<std::size_t>(elements.size(), list.runs()[0].count);
+  for (std::size_t i = 0; i < count; ++i)
+    elements[i].value = first.value + i;
+  sample.read(elements.data(), count);
+  std::uint64_t changing = 0;
+  for (std::size_t i = 0; i < 4 * count; ++i)
+    changing |= sample.of(0)[i] ^ sample.of(0)[0];
+  while (changing != 0 && (changing >> shift_ & 1) == 0)
+    ++shift_;
+}
+
+template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database, const ElementRuns& list) {
+  using Fold = SideFold<Type>;
+  ChunkNodes nodes(database, Fold::corners);
+  list.for_each_chunk([&](const Elem* elements, std::size_t count) {
+    nodes.read(elements, count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::uint64_t* const corners = nodes.of(i);
+      std::uint64_t mixes[Fold::corners];
+      std::uint64_t keys[Fold::sides];
+      std::uint64_t smallest[Fold::sides];
+      std::transform(corners, corners + Fold::corners, mixes, mixed);
+      Fold::fold(mixes, sum, keys);
+      Fold::fold(corners, smaller, smallest);
+      for (int side = 0; side < Fold::sides; ++side)
+        words_[slot_of(smallest[side])] ^= keys[side];
+    }
+  });
+}
+
+void ExteriorSides::mark_open_slots() {
+  states_.resize(words_.size());
+  std::uint64_t open = 0;
+  for (std::size_t slot = 0; slot < words_.size(); ++slot) {
+    states_[slot] = words_[slot] != 0 ? Open : Closed;
+    open += states_[slot];
+  }
+  candidates_.reserve(2 * open);
+}
+
+template <ElementType Type>
+void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid) {
+  using Fold = SideFold<Type>;
+  const ElementShape& shape = element_shape(Type);
+  // One node more than there are corners: null tells linear solids.
+  ChunkNodes nodes(database, Fold::corners + 1);
+  list.for_each_chunk([&](const Elem* elements, std::size_t count) {
+    nodes.read(elements, count);
+    for (std::size_t i = 0; i < count; ++i, ++solid) {
+      const std::uint64_t* const corners = nodes.of(i);
+      unsigned char any = Closed;
+      for (int corner = 0; corner < Fold::corners; ++corner)
+        any |= states_[slot_of(corners[corner])];
+      if (any == Closed) continue;
+      std::uint64_t smallest[Fold::sides];
+      Fold::fold(corners, smaller, smallest);
+      for (int side = 0; side < Fold::sides; ++side) {
+        const std::uint64_t slot = slot_of(smallest[side]);
+        // No side has a null corner.
+        if (states_[slot] == Closed || smallest[side] == 0) continue;
+        Candidate candidate{};
+        candidate.corner_count = shape.sides[side].corner_count;
+        for (int corner = 0; corner < candidate.corner_count; ++corner)
+          candidate.corners[corner].value = corners[shape.sides[side].nodes[corner]];
+        candidate.solid = solid;
+        candidate.side = static_cast<unsigned char>(side);
+        candidate.is_quadratic = corners[Fold::corners] != 0;
+        list_side(slot, candidate);
+      }
+    }
+  });
+}
+
+void ExteriorSides::list_side(std::uint64_t slot, const Candidate& side) {
+  const DistinctCorners distinct = distinct_corners(side.corners, side.corner_count);
+  if (distinct.count < 3) return;
+  if (states_[slot] == Open) {
+    states_[slot] = Listed;
+    words_[slot] = no_candidate;
+  }
+  Candidate listed = side;
+  listed.key = distinct.key;
+  listed.is_exterior = true;
+  listed.next = static_cast<std::uint32_t>(words_[slot]);
+  for (std::uint32_t at = listed.next; at != no_candidate; at = candidates_[at].next) {
+    if (!is_same_side(candidates_[at], listed)) continue;
+    candidates_[at].is_exterior = false;
+    return;
+  }
+  words_[slot] = candidates_.size();
+  candidates_.push_back(listed);
+}
+
+} // namespace Tarn

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "mesh/database/Handle.h"
+#include "reference/tarn/ElementRuns.h"
+#include "reference/tarn/PodArray.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Tarn {
+
+class MeshData;
+
+/// The sides of a set of solids that only one of them has. Sides are the same when they have the same distinct corners,
+/// so that a collapsed quadrilateral meets the triangle that it has become; those with fewer than three are no sides.
+///
+/// Every side is added, by exclusive or, as a 64-bit mix of its corners to a word that belongs to its smallest corner:
+/// sides seen twice are gone again, and what is left tells at which corners a side is open. Only the sides at these,
+/// a layer below the skin, are then compared corner by corner.
+class ExteriorSides {
+public:
+  /// A side at an open corner.
+  struct Candidate {
+    Handle<0> corners[4];       ///< in the side's order
+    std::uint64_t key;          ///< mix of the distinct corners
+    std::uint32_t solid;        ///< which solid, counted through all lists
+    std::uint32_t next;         ///< the next candidate with the same word
+    unsigned char side;         ///< which side of it
+    unsigned char corner_count; ///< 3 or 4
+    bool is_quadratic;          ///< whether the solid has more nodes than corners
+    bool is_exterior;           ///< false once another solid has it, or a shell covers it
+  };
+
+  /// Looks at all solids; `lists` holds no solid twice, and is borrowed for the call.
+  ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists);
+
+  /// Takes the side with these corners out, if there is one.
+  void cover(const Handle<0>* corners, int count);
+
+  /// In the order of solids and sides; those that are not exterior are to be passed over.
+  const PodArray<Candidate>& candidates() const { return candidates_; }
+
+private:
+  void choose_slots(MeshData& database, const std::vector<ElementRuns>& lists);
+  template <ElementType Type> void toggle_sides(MeshData& database, const ElementRuns& list);
+  void mark_open_slots();
+  template <ElementType Type> void list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid);
+  void list_side(std::uint64_t slot, const Candidate& side);
+  template <class Call> static void for_kind(ElementType type, Call call);
+  std::uint64_t slot_of(std::uint64_t node) const { return node >> shift_ & mask_; }
+
+  enum SlotState : unsigned char { Closed, Open, Listed };
+
+  int shift_ = 0;
+  std::uint64_t mask_ = 0;
+  PodArray<std::uint64_t> words_;  ///< sums of sides; of listed slots the first candidate
+  PodArray<unsigned char> states_; ///< of each slot
+  PodArray<Candidate> candidates_;
+};
+
+} // namespace Tarn
