@@ -18,20 +18,21 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define READERS_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define READERS_ADDRESS_SANITIZER 1
-#endif
-#endif
-
 namespace readers {
 
 namespace {
 
 // Exit codes that nobody else uses: libraries may call exit, sanitizers leave with 1.
 enum Outcome : int { Parsed = 80, Refused = 81, OutOfMemory = 82, Broken = 83 };
+
+// The shadow memory of this sanitizer alone exceeds every sensible limit.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool CanLimitMemory = false;
+#elif defined(__has_feature)
+constexpr bool CanLimitMemory = !__has_feature(address_sanitizer);
+#else
+constexpr bool CanLimitMemory = true;
+#endif
 
 // A file without a name, in memory, that both processes see.
 class SharedFile {
@@ -75,9 +76,7 @@ void set_limit(decltype(RLIMIT_AS) resource, std::uint64_t value) {
 }
 
 void confine(const Limits& limits) {
-#ifndef READERS_ADDRESS_SANITIZER // whose shadow memory alone exceeds every sensible limit
-  set_limit(RLIMIT_AS, address_space_in_use() + limits.memory_bytes);
-#endif
+  if (CanLimitMemory) set_limit(RLIMIT_AS, address_space_in_use() + limits.memory_bytes);
   set_limit(RLIMIT_CORE, 0);
   set_limit(RLIMIT_CPU, limits.cpu_seconds);
   // Should it sleep for ever instead of computing.

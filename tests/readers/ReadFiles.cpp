@@ -13,18 +13,28 @@ namespace reader_tests {
 namespace fs = std::filesystem;
 using Tarn::MeshDatabase;
 
-std::string scratch_folder() {
-  static const std::string folder = [] {
-    const fs::path path = fs::temp_directory_path() / ("readers_test_" + std::to_string(::getpid()));
+namespace {
+
+struct ScratchFolder {
+  ScratchFolder() : path(fs::temp_directory_path() / ("readers_test_" + std::to_string(::getpid()))) {
     fs::remove_all(path);
     fs::create_directories(path);
-    std::atexit([] {
-      std::error_code ignored;
-      fs::remove_all(scratch_folder(), ignored);
-    });
-    return path.string();
-  }();
-  return folder;
+  }
+  ~ScratchFolder() {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  fs::path path;
+};
+
+} // namespace
+
+std::string scratch_folder() {
+  static const ScratchFolder folder;
+  return folder.path.string();
 }
 
 std::string scratch(const std::string& name) { return scratch_folder() + "/" + name; }
