@@ -25,7 +25,8 @@ std::string depth_statement(double factor, double units) {
 
 void add_slope_offset(vtkProp* prop) {
   auto* actor = vtkActor::SafeDownCast(prop);
-  if (!actor || !actor->GetMapper()) return;
+  // Without a rendering back end there are no shaders, and asking for them crashes.
+  if (!actor || !actor->IsA("vtkOpenGLActor") || !actor->GetMapper()) return;
   double factor = 0.0;
   double units = 0.0;
   actor->GetMapper()->GetRelativeCoincidentTopologyPolygonOffsetParameters(factor, units);
