@@ -1,0 +1,34 @@
+#include "platform/util/TovanColor.h"
+#include "platform/util/TovanVector.h"
+
+#include <cmath>
+
+TovanColor::TovanColor(std::uint32_t value)
+    : r(value & 255), g(value >> 8 & 255), b(value >> 16 & 255), a(value >> 24 & 255) {}
+
+TovanColor::TovanColor(unsigned char red, unsigned char green, unsigned char blue, unsigned char alpha)
+    : r(red), g(green), b(blue), a(alpha) {}
+
+std::uint32_t TovanColor::value() const { return r | g << 8 | b << 16 | std::uint32_t{a} << 24; }
+
+void TovanColor::to_rgb(double rgb[3]) const {
+  rgb[0] = r / 255.0;
+  rgb[1] = g / 255.0;
+  rgb[2] = b / 255.0;
+}
+
+void TovanColor::to_rgba(unsigned char rgba[4]) const {
+  rgba[0] = r;
+  rgba[1] = g;
+  rgba[2] = b;
+  rgba[3] = a;
+}
+
+bool operator==(const TovanColor& left, const TovanColor& right) { return left.value() == right.value(); }
+bool operator!=(const TovanColor& left, const TovanColor& right) { return left.value() != right.value(); }
+
+TovanVector::TovanVector(double x_in, double y_in, double z_in) : x(x_in), y(y_in), z(z_in) {}
+TovanVector::TovanVector(const double* xyz) : TovanVector(xyz[0], xyz[1], xyz[2]) {}
+double TovanVector::distance_between(const TovanVector& other) const {
+  return std::hypot(x - other.x, y - other.y, z - other.z);
+}

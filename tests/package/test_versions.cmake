@@ -1,0 +1,25 @@
+# The package offers itself for the versions that it can stand in for, and for no others.
+include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
+math(EXPR next_minor "${MINOR} + 1")
+math(EXPR next_major "${MAJOR} + 1")
+foreach(row IN ITEMS "${MAJOR}.${MINOR}=accepted" "${VERSION}=accepted" "${MAJOR}.${MINOR}.999=refused"
+                     "${MAJOR}.${next_minor}=refused" "${next_major}.0=refused")
+  string(REPLACE "=" ";" row "${row}")
+  list(GET row 0 wanted)
+  list(GET row 1 expected)
+  file(REMOVE_RECURSE "${WORK}")
+  execute_process(COMMAND ${CMAKE_COMMAND} -S "${CMAKE_CURRENT_LIST_DIR}/consumer" -B "${WORK}" ${toolchain}
+                          -DCMAKE_PREFIX_PATH=${PREFIX}-moved -DWANTED_VERSION=${wanted}
+                  RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE error)
+  if(result EQUAL 0)
+    set(found accepted)
+  elseif(error MATCHES "compatible with requested.*version \"${wanted}\"")
+    set(found refused)
+  else()
+    set(found "neither: ${error}")
+  endif()
+  message(STATUS "${wanted}: ${found}")
+  if(NOT found STREQUAL expected)
+    message(FATAL_ERROR "version ${wanted} should be ${expected}")
+  endif()
+endforeach()
