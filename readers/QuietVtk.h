@@ -16,8 +16,8 @@ public:
   QuietVtk(const QuietVtk&) = delete;
   QuietVtk& operator=(const QuietVtk&) = delete;
 
-  /// Throws `Refusal` with the first error, if there was one: one line, without VTK's source file, class and address and
-  /// without the path of the file, which the line begins with anyway.
+  /// Throws `Refusal` with the first error, if there was one: one line, without VTK's source file, class and address
+  /// and without the path of the file, which the line begins with anyway.
   void refuse_errors(const std::string& path) const;
 
 private:

@@ -15,6 +15,8 @@ struct Property {
   std::size_t size = 0;       // of a value
   std::size_t count_size = 0; // of the count before a list; 0: no list
   bool real_count = false;
+  bool is_signed = false;
+  bool names_vertices = false; // of a face
 };
 
 struct Element {
@@ -98,13 +100,18 @@ private:
     } else {
       property.size = size_of_type(words[1]);
     }
+    const bool is_corners = property.name == "vertex_indices" || property.name == "vertex_index";
+    const bool is_whole = words[words.size() - 2][0] != 'f' && words[words.size() - 2][0] != 'd';
+    property.names_vertices = elements_.back().name == "face" && is_corners && is_whole && property.count_size > 0;
+    property.is_signed = words[words.size() - 2][0] != 'u';
     elements_.back().properties.push_back(property);
   }
 
-  void check_vertices() const {
+  void check_vertices() {
     const auto vertex =
         std::find_if(elements_.begin(), elements_.end(), [](const Element& e) { return e.name == "vertex"; });
     if (vertex == elements_.end()) throw Refusal("declares no vertices");
+    vertex_count_ = vertex->count;
     for (const char* axis : {"x", "y", "z"})
       if (std::none_of(vertex->properties.begin(), vertex->properties.end(),
                        [axis](const Property& p) { return p.name == axis && p.count_size == 0; }))
@@ -138,14 +145,34 @@ private:
         bytes = count * property.size;
       }
       if (rest() < bytes) ends_in(element, row);
+      for (std::uint64_t at = 0; property.names_vertices && at < bytes; at += property.size)
+        check_corner(read_integer(at_ + static_cast<std::size_t>(at), property), row);
       at_ += static_cast<std::size_t>(bytes);
     }
   }
 
-  std::uint64_t read_count(std::size_t size) {
-    std::uint64_t count = 0;
+  // The reader looks vertices up before anybody else can see the faces.
+  void check_corner(std::int64_t vertex, std::uint64_t face) const {
+    if (vertex < 0 || static_cast<std::uint64_t>(vertex) >= vertex_count_)
+      throw Refusal("face " + std::to_string(face) + " names vertex " + std::to_string(vertex) + " of " +
+                    std::to_string(vertex_count_));
+  }
+
+  std::int64_t read_integer(std::size_t at, const Property& property) const {
+    const std::uint64_t value = read_bytes(at, property.size);
+    const std::size_t unused = 64 - 8 * property.size;
+    return property.is_signed ? static_cast<std::int64_t>(value << unused) >> unused : static_cast<std::int64_t>(value);
+  }
+
+  std::uint64_t read_bytes(std::size_t at, std::size_t size) const {
+    std::uint64_t value = 0;
     for (std::size_t i = 0; i < size; ++i)
-      count = count << 8 | static_cast<unsigned char>(text_[at_ + (encoding_ == Encoding::Big ? i : size - 1 - i)]);
+      value = value << 8 | static_cast<unsigned char>(text_[at + (encoding_ == Encoding::Big ? i : size - 1 - i)]);
+    return value;
+  }
+
+  std::uint64_t read_count(std::size_t size) {
+    const std::uint64_t count = read_bytes(at_, size);
     at_ += size;
     return count;
   }
@@ -164,8 +191,11 @@ private:
           if (!count || *count < 0 || static_cast<std::uint64_t>(*count) > line.size()) ends_in(element, row);
           values = static_cast<std::uint64_t>(*count);
         }
-        for (std::uint64_t i = 0; i < values; ++i)
-          if (!is_number(next_word(line, at))) ends_in(element, row);
+        for (std::uint64_t i = 0; i < values; ++i) {
+          const std::string_view word = next_word(line, at);
+          if (!is_number(word)) ends_in(element, row);
+          if (property.names_vertices) check_corner(to_integer(word).value_or(-1), row);
+        }
       }
     }
   }
@@ -200,6 +230,7 @@ private:
   std::size_t at_ = 0;
   Encoding encoding_ = Encoding::Text;
   std::vector<Element> elements_;
+  std::uint64_t vertex_count_ = 0;
 };
 
 } // namespace

@@ -266,8 +266,11 @@ bad("vertices_too_many.ply", ply(vertex_count=5),
 bad("no_z.ply", ply(axes="xyw"), "error: vertices have no property z")
 bad("unknown_type.ply", ply(list_type="octet"), "error: unknown property type octet")
 bad("face_too_long.ply", ply(faces="200 0 1 2\n"), "error: row 0 of element face is not what the header declares")
-bad("face_beyond.ply", ply(faces="3 0 1 2\n3 0 1 77\n", face_count=2),
-    "left out: 1 cells on points that do not exist")
+bad("face_beyond.ply", ply(faces="3 0 1 2\n3 0 1 77\n", face_count=2), "error: face 1 names vertex 77 of 3")
+bad("face_negative.ply", ply(faces="3 0 1 -2\n"), "error: face 0 names vertex -2 of 3")
+bad("binary_face_beyond.ply", b"ply\nformat binary_big_endian 1.0\nelement vertex 3\nproperty float x\n"
+    b"property float y\nproperty float z\nelement face 1\nproperty list uchar short vertex_index\nend_header\n" +
+    bytes(36) + struct.pack(">B3h", 3, 0, 1, -7), "error: face 0 names vertex -7 of 3")
 bad("binary_cut.ply", "ply\nformat binary_little_endian 1.0\nelement vertex 9\nproperty float x\nproperty float y\n"
     "property float z\nend_header\n1234567890", "error: element vertex declares 9, more than the file can hold")
 
