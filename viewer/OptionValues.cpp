@@ -1,0 +1,144 @@
+#include "viewer/OptionValues.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <sstream>
+#include <utility>
+
+namespace viewer {
+namespace {
+
+constexpr int largest_side = 16384;
+constexpr long largest_area = 64L * 1024 * 1024;
+
+template <class Value> struct Choice {
+  const char* name;
+  Value value;
+};
+
+constexpr Choice<OBUtil::RenderMode> render_modes[] = {{"wireframe", OBUtil::Wireframe},
+                                                       {"hidden-line", OBUtil::HiddenLine},
+                                                       {"dimmed", OBUtil::DimmedHiddenLine},
+                                                       {"shaded", OBUtil::Shaded},
+                                                       {"translucent", OBUtil::Translucent}};
+constexpr Choice<ViewFrom> views[] = {{"iso", ViewFrom::Iso},  {"+x", ViewFrom::PlusX},  {"-x", ViewFrom::MinusX},
+                                      {"+y", ViewFrom::PlusY}, {"-y", ViewFrom::MinusY}, {"+z", ViewFrom::PlusZ},
+                                      {"-z", ViewFrom::MinusZ}};
+constexpr Choice<ColorBy> color_sources[] = {{"owner", ColorBy::Owner}, {"kind", ColorBy::Kind}};
+constexpr Choice<readers::GroupBy> groupings[] = {{"owner", readers::GroupBy::Owner}, {"none", readers::GroupBy::None}};
+
+std::string quoted(const std::string& text) { return "'" + text + "'"; }
+
+std::vector<std::string> split(const std::string& text) {
+  std::vector<std::string> parts(1);
+  for (const char c : text) {
+    if (c == ',')
+      parts.emplace_back();
+    else
+      parts.back() += c;
+  }
+  return parts;
+}
+
+std::string plain(double number) {
+  std::ostringstream text;
+  text << number;
+  return text.str();
+}
+
+template <class Value, std::size_t Size>
+Value parse_choice(const std::string& text, const Choice<Value> (&choices)[Size]) {
+  std::string names;
+  for (const auto& choice : choices) {
+    if (text == choice.name) return choice.value;
+    names += std::string(names.empty() ? "" : ", ") + choice.name;
+  }
+  throw BadValue(quoted(text) + " is not one of " + names);
+}
+
+template <class Value, std::size_t Size> const char* name_of(Value value, const Choice<Value> (&choices)[Size]) {
+  for (const auto& choice : choices)
+    if (choice.value == value) return choice.name;
+  return "";
+}
+
+int parse_side(const std::string& text) {
+  int side = 0;
+  const char* const end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, side);
+  if (result.ec != std::errc() || result.ptr != end || side < 1 || side > largest_side)
+    throw BadValue(quoted(text) + " is not a whole number from 1 to " + std::to_string(largest_side));
+  return side;
+}
+
+} // namespace
+
+double parse_number(const std::string& text) {
+  const char* const begin = text.data() + (text.size() > 1 && text[0] == '+' && text[1] != '-');
+  const char* const end = text.data() + text.size();
+  double number = 0;
+  const auto result = std::from_chars(begin, end, number);
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(number))
+    throw BadValue(quoted(text) + " is not a number");
+  return number;
+}
+
+double parse_number(const std::string& text, double low, double high) {
+  const double number = parse_number(text);
+  if (number < low || number > high) throw BadValue(quoted(text) + " is not from " + plain(low) + " to " + plain(high));
+  return number;
+}
+
+std::array<int, 2> parse_resolution(const std::string& text) {
+  const auto parts = split(text);
+  if (parts.size() != 2) throw BadValue(quoted(text) + " is not of the form W,H");
+  const std::array<int, 2> size = {parse_side(parts[0]), parse_side(parts[1])};
+  if (static_cast<long>(size[0]) * size[1] > largest_area)
+    throw BadValue(quoted(text) + " has more than " + std::to_string(largest_area) + " pixels");
+  return size;
+}
+
+TovanColor parse_color(const std::string& text) {
+  const bool hexadecimal = text.size() == 7 && text[0] == '#' &&
+                           std::all_of(text.begin() + 1, text.end(), [](unsigned char c) { return std::isxdigit(c); });
+  if (!hexadecimal) throw BadValue(quoted(text) + " is not of the form #RRGGBB");
+  const auto channel = [&](int at) { return static_cast<unsigned char>(std::stoi(text.substr(at, 2), nullptr, 16)); };
+  return {channel(1), channel(3), channel(5)};
+}
+
+ClipPlane parse_clip(const std::string& text) {
+  const auto parts = split(text);
+  if (parts.size() != 4) throw BadValue(quoted(text) + " is not of the form NX,NY,NZ,D");
+  ClipPlane plane;
+  for (int axis = 0; axis < 3; ++axis)
+    plane.normal[axis] = parse_number(parts[axis], -1e100, 1e100);
+  plane.distance = parse_number(parts[3], -1e100, 1e100);
+  const double length = std::hypot(plane.normal[0], plane.normal[1], plane.normal[2]);
+  if (!(length > 1e-100)) throw BadValue(quoted(text) + " has no normal");
+  return plane;
+}
+
+ViewFrom parse_view(const std::string& text) { return parse_choice(text, views); }
+
+OBUtil::RenderMode parse_render_mode(const std::string& text) { return parse_choice(text, render_modes); }
+
+ColorBy parse_color_by(const std::string& text) { return parse_choice(text, color_sources); }
+
+readers::GroupBy parse_group_by(const std::string& text) { return parse_choice(text, groupings); }
+
+std::string parse_picture_path(const std::string& text) {
+  std::string end = text.size() > 4 ? text.substr(text.size() - 4) : "";
+  std::transform(end.begin(), end.end(), end.begin(), [](unsigned char c) { return std::tolower(c); });
+  if (end != ".png")
+    throw BadValue(quoted(text) + " does not end in .png, and pictures are written in that format only");
+  return text;
+}
+
+const char* render_mode_name(OBUtil::RenderMode mode) { return name_of(mode, render_modes); }
+
+const char* view_name(ViewFrom view) { return name_of(view, views); }
+
+} // namespace viewer

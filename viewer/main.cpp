@@ -1,0 +1,146 @@
+#include "viewer/CommandLine.h"
+#include "viewer/Info.h"
+#include "viewer/MeshFiles.h"
+#include "viewer/Messages.h"
+#include "viewer/OwnerNames.h"
+#include "viewer/Picture.h"
+#include "viewer/Scene.h"
+#include "viewer/ViewerWindow.h"
+#include "viewer/VirtualDisplay.h"
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <sstream>
+
+namespace {
+
+using namespace viewer;
+
+// What ends the run with `CouldNot`: one line.
+struct Failure {
+  std::string text;
+};
+
+// With --verbose, how long each step took.
+class Stopwatch {
+public:
+  explicit Stopwatch(bool tells) : tells_(tells) {}
+
+  void step(const std::string& text) {
+    const auto now = std::chrono::steady_clock::now();
+    if (tells_) {
+      std::ostringstream line;
+      line << text << ": " << std::chrono::duration<double>(now - last_).count() << " s";
+      tell(line.str());
+    }
+    last_ = now;
+  }
+
+private:
+  bool tells_;
+  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+std::string joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts)
+    all += (all.empty() ? "" : ", ") + text;
+  return all;
+}
+
+// A picture is drawn on a display of its own where there is none; a window needs a real one.
+void ensure_display(const Options& options, VirtualDisplay& own) {
+  if (display_is_usable()) return;
+  if (!options.output)
+    throw Failure{
+        "cannot open a window: no display with OpenGL (set DISPLAY, or write a picture with --output=FILE.png)"};
+  const std::string reason = own.start();
+  if (!reason.empty())
+    throw Failure{"cannot draw " + *options.output + ": no display with OpenGL, and " + reason +
+                  " (install xvfb, or set DISPLAY)"};
+}
+
+MeshFiles open_files(const Options& options) {
+  MeshFiles files = options.sample ? load_sample() : load_files(options.files, options.group_by);
+  if (!files.error.empty()) throw Failure{files.error};
+  return files;
+}
+
+void choose_owners(Scene& scene, const Options& options, const std::string& what) {
+  const std::string unknown = scene.show_owners(options.owners);
+  if (!unknown.empty()) throw Failure{what + ": " + unknown_owner(unknown, scene.owners())};
+  scene.set_display(options.display);
+}
+
+void draw(Scene& scene, const Options& options) {
+  const std::string reason = write_picture(scene, options);
+  if (!reason.empty()) throw Failure{"cannot write " + *options.output + ": " + reason};
+}
+
+void print(const std::string& text) {
+  std::cout << text << std::flush;
+  if (!std::cout) throw Failure{"cannot write to standard output"};
+}
+
+void run(const Options& options) {
+  const bool is_batch = options.output || options.info;
+  const bool draws = options.output || !is_batch;
+  if (options.output) {
+    const std::string reason = why_not_writable(*options.output);
+    if (!reason.empty()) throw Failure{"cannot write " + *options.output + ": " + reason};
+  }
+
+  // Declared first: it must outlive every connection to it.
+  VirtualDisplay own_display;
+  Stopwatch watch(options.verbose);
+  if (draws) ensure_display(options, own_display);
+  watch.step("display");
+  const MeshFiles files = open_files(options);
+  watch.step("read " + joined(files.paths));
+  Scene scene(*files.database, options.display);
+  choose_owners(scene, options, joined(files.paths));
+  watch.step("owners");
+
+  if (options.output) {
+    draw(scene, options);
+    watch.step("picture " + *options.output);
+  }
+  if (options.info) {
+    print(describe(files, scene));
+    watch.step("description");
+  }
+  // Only now, so that a run that fails says one thing only.
+  for (const std::string& notice : notices(files))
+    tell(notice);
+  if (!is_batch) ViewerWindow(scene, options, joined(files.paths)).run();
+}
+
+int run_or_say_why(const Options& options) {
+  try {
+    run(options);
+    return Done;
+  } catch (const Failure& failure) {
+    tell(failure.text);
+  } catch (const std::bad_alloc&) {
+    tell(joined(options.files) + ": not enough memory");
+  } catch (const std::exception& error) {
+    tell(joined(options.files) + ": " + error.what());
+  }
+  return CouldNot;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  const CommandLine line = parse_command_line(argc, argv);
+  if (line.ending) {
+    std::cout << line.ending->output << std::flush;
+    std::cerr << line.ending->error;
+    return std::cout ? line.ending->status : CouldNot;
+  }
+  catch_library_messages(line.options.verbose);
+  return run_or_say_why(line.options);
+}
