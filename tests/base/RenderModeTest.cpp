@@ -250,6 +250,29 @@ TEST(RenderMode, GivenASlantedSurface_WhenRendered_ThenItHidesNoPixelOfItsEdges)
   }
 }
 
+TEST(RenderMode, GivenAThinWall_WhenRendered_ThenTheEdgesBehindItStayHidden) {
+  OffscreenView view;
+  const auto make_plane = [](double z, int cells) {
+    vtkNew<vtkPlaneSource> source;
+    source->SetResolution(cells, cells);
+    source->SetCenter(0, 0, z);
+    source->Update();
+    return vtkSmartPointer<vtkPolyData>(source->GetOutput());
+  };
+  BodyModel front(make_plane(0, 1), OBUtil::Shaded);
+  BodyModel back(make_plane(-0.0005, 4), OBUtil::Shaded);
+  vtkCamera* camera = view.renderer()->GetActiveCamera();
+  camera->SetPosition(0, 0, 3);
+  view.renderer()->ResetCamera();
+  const Frame frame = view.render();
+  ASSERT_GT(frame.count(is_red), 1000);
+  back.unhook_from_views();
+  EXPECT_EQ(frame.count(is_black), view.render().count(is_black));
+  front.unhook_from_views();
+  back.hook_to_views();
+  EXPECT_GT(view.render().count(is_black), frame.count(is_black));
+}
+
 TEST(RenderMode, GivenTheBodyBehindLabelsAndHighlights_WhenTheDepthIsRendered_ThenItIsTheBodysAlone) {
   OffscreenView view;
   BodyModel model(make_cube(), OBUtil::Shaded);
