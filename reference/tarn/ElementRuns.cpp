@@ -37,22 +37,30 @@ bool have_repeated(const std::vector<ElementRuns>& lists) {
 
 void ElementRuns::append(const std::vector<Handle<1>>& elements, const std::vector<int>& positions) {
   const std::size_t count = std::min(elements.size(), positions.size());
-  for (std::size_t i = 0; i < count; ++i)
-    append(elements[i], positions[i]);
+  for (std::size_t i = 0; i < count;) {
+    const std::uint64_t element = elements[i].value - i;
+    const std::int64_t position = static_cast<std::int64_t>(positions[i]) - static_cast<std::int64_t>(i);
+    const std::size_t begin = i;
+    const std::size_t most = std::min<std::size_t>(count, begin + std::numeric_limits<std::uint32_t>::max());
+    while (i < most && elements[i].value == element + i && positions[i] == position + static_cast<std::int64_t>(i))
+      ++i;
+    append({elements[begin].value, static_cast<std::uint32_t>(i - begin), positions[begin]});
+  }
 }
 
-void ElementRuns::append(Handle<1> element, int position) {
-  ++size_;
+void ElementRuns::append(const Run& run) {
+  size_ += run.count;
   if (!runs_.empty()) {
     Run& last = runs_[runs_.size() - 1];
-    const bool follows = element.value - last.first == last.count &&
-                         static_cast<std::int64_t>(position) - last.position == static_cast<std::int64_t>(last.count);
-    if (follows && last.count < std::numeric_limits<std::uint32_t>::max()) {
-      ++last.count;
+    const bool follows =
+        run.first - last.first == last.count &&
+        static_cast<std::int64_t>(run.position) - last.position == static_cast<std::int64_t>(last.count);
+    if (follows && run.count <= std::numeric_limits<std::uint32_t>::max() - last.count) {
+      last.count += run.count;
       return;
     }
   }
-  runs_.push_back({element.value, 1, position});
+  runs_.push_back(run);
 }
 
 bool append_of_kind(MeshData& database, const std::vector<ElementType>& types, const std::vector<Handle<1>>& elements,
@@ -72,7 +80,7 @@ void drop_repeated(std::vector<ElementRuns>& lists) {
     for (const ElementRuns::Run& run : list.runs())
       for (std::uint32_t i = 0; i < run.count; ++i)
         if (seen.insert(run.first + i).second)
-          distinct.append({run.first + i}, static_cast<int>(run.position + static_cast<std::int64_t>(i)));
+          distinct.append({run.first + i, 1, static_cast<int>(run.position + static_cast<std::int64_t>(i))});
     list = std::move(distinct);
   }
 }

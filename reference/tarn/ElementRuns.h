@@ -37,7 +37,7 @@ public:
 
   /// Adds the elements that have a position.
   void append(const std::vector<Handle<1>>& elements, const std::vector<int>& positions);
-  void append(Handle<1> element, int position);
+  void append(const Run& run);
 
   /// Calls `take(elements, count)` with up to `chunk_size` elements at a time, in order.
   template <class Take> void for_each_chunk(Take take) const {

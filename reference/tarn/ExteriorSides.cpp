@@ -5,8 +5,8 @@
 #include "reference/tarn/SideFolds.h"
 
 #include <algorithm>
-#include <array>
 #include <type_traits>
+#include <vector>
 
 namespace Tarn {
 
@@ -27,18 +27,21 @@ std::uint64_t mixed(std::uint64_t node) {
 std::uint64_t sum(std::uint64_t a, std::uint64_t b) { return a + b; }
 std::uint64_t smaller(std::uint64_t a, std::uint64_t b) { return a < b ? a : b; }
 
-/// The nodes of a chunk of elements, as many of each as asked for, null where there is none.
-class ChunkNodes {
+/// The corners of a chunk of elements.
+class ChunkCorners {
 public:
-  ChunkNodes(MeshData& database, std::size_t stride)
+  ChunkCorners(MeshData& database, std::size_t stride)
       : database_(database), stride_(stride), nodes_(stride * ElementRuns::chunk_size) {}
 
   void read(const Elem* elements, std::size_t count) {
-    std::fill_n(nodes_.begin(), count * stride_, 0);
+    // What the database does not know it leaves untouched.
+    for (std::size_t i = 0; i < count; ++i)
+      nodes_[i * stride_] = 0;
     MeshData::Count length = count * stride_;
     static_assert(sizeof(Node) == sizeof(std::uint64_t) && std::is_standard_layout_v<Node>, "a handle is its value");
     database_.get_connectivity(count, elements, &length, reinterpret_cast<Node*>(nodes_.data()));
   }
+  bool is_known(std::size_t element) const { return nodes_[element * stride_] != 0; }
   const std::uint64_t* of(std::size_t element) const { return nodes_.data() + element * stride_; }
 
 private:
@@ -47,7 +50,13 @@ private:
   std::vector<std::uint64_t> nodes_;
 };
 
-/// How many different nodes there are, and the mix of these.
+bool all_differ(const Node* corners, int count) {
+  bool differ = corners[0] != corners[1] && corners[1] != corners[2] && corners[2] != corners[0];
+  if (count == 4) differ = differ && corners[3] != corners[0] && corners[3] != corners[1] && corners[3] != corners[2];
+  return differ;
+}
+
+/// How many different nodes there are, and the sum of the mixes of these.
 struct DistinctCorners {
   int count = 0;
   std::uint64_t key = 0;
@@ -98,11 +107,11 @@ ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>&
 
 void ExteriorSides::cover(const Node* corners, int count) {
   if (words_.empty()) return;
-  Candidate shell{};
+  Candidate shell;
   std::copy_n(corners, count, shell.corners);
   shell.corner_count = static_cast<unsigned char>(count);
   shell.key = distinct_corners(corners, count).key;
-  const std::uint64_t slot = slot_of(std::min_element(corners, corners + count)->value);
+  const std::uint64_t slot = slot_of_(std::min_element(corners, corners + count)->value);
   if (states_[slot] != Listed) return;
   for (auto at = static_cast<std::uint32_t>(words_[slot]); at != no_candidate; at = candidates_[at].next)
     if (is_same_side(candidates_[at], shell)) candidates_[at].is_exterior = false;
@@ -132,30 +141,33 @@ void ExteriorSides::choose_slots(MeshData& database, const std::vector<ElementRu
   std::uint64_t slots = 1024;
   while (slots < nodes)
     slots *= 2;
-  mask_ = slots - 1;
+  slot_of_.mask = slots - 1;
   words_.assign(slots, 0);
 
-  const ElementRuns& list = lists.front();
-  ChunkNodes sample(database, 4);
-  const Elem first{list.runs()[0].first};
-  std::array<Elem, ElementRuns::chunk_size> elements;
-  const std::size_t count = std::min<std::size_t>(elements.size(), list.runs()[0].count);
-  for (std::size_t i = 0; i < count; ++i)
-    elements[i].value = first.value + i;
-  sample.read(elements.data(), count);
+  const ElementRuns::Run& run = lists.front().runs()[0];
+  std::vector<Elem> elements(std::min<std::size_t>(ElementRuns::chunk_size, run.count));
+  for (std::size_t i = 0; i < elements.size(); ++i)
+    elements[i].value = run.first + i;
+  ChunkCorners sample(database, 4);
+  sample.read(elements.data(), elements.size());
   std::uint64_t changing = 0;
-  for (std::size_t i = 0; i < 4 * count; ++i)
-    changing |= sample.of(0)[i] ^ sample.of(0)[0];
-  while (changing != 0 && (changing >> shift_ & 1) == 0)
-    ++shift_;
+  for (std::size_t i = 0; i < elements.size(); ++i)
+    for (std::size_t corner = 0; corner < 4 && sample.is_known(i); ++corner)
+      changing |= sample.of(i)[corner] ^ sample.of(i)[0];
+  while (changing != 0 && (changing >> slot_of_.shift & 1) == 0)
+    ++slot_of_.shift;
 }
 
 template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database, const ElementRuns& list) {
   using Fold = SideFold<Type>;
-  ChunkNodes nodes(database, Fold::corners);
+  ChunkCorners nodes(database, Fold::corners);
   list.for_each_chunk([&](const Elem* elements, std::size_t count) {
     nodes.read(elements, count);
+    // Copies, which no word written to can be mistaken for.
+    const Slots slot_of = slot_of_;
+    std::uint64_t* const words = words_.data();
     for (std::size_t i = 0; i < count; ++i) {
+      if (!nodes.is_known(i)) continue;
       const std::uint64_t* const corners = nodes.of(i);
       std::uint64_t mixes[Fold::corners];
       std::uint64_t keys[Fold::sides];
@@ -164,7 +176,7 @@ template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database,
       Fold::fold(mixes, sum, keys);
       Fold::fold(corners, smaller, smallest);
       for (int side = 0; side < Fold::sides; ++side)
-        words_[slot_of(smallest[side])] ^= keys[side];
+        words[slot_of(smallest[side])] ^= keys[side];
     }
   });
 }
@@ -183,53 +195,59 @@ template <ElementType Type>
 void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid) {
   using Fold = SideFold<Type>;
   const ElementShape& shape = element_shape(Type);
-  // One node more than there are corners: null tells linear solids.
-  ChunkNodes nodes(database, Fold::corners + 1);
+  ChunkCorners nodes(database, Fold::corners);
   list.for_each_chunk([&](const Elem* elements, std::size_t count) {
     nodes.read(elements, count);
+    const Slots slot_of = slot_of_;
+    const unsigned char* const states = states_.data();
     for (std::size_t i = 0; i < count; ++i, ++solid) {
       const std::uint64_t* const corners = nodes.of(i);
       unsigned char any = Closed;
       for (int corner = 0; corner < Fold::corners; ++corner)
-        any |= states_[slot_of(corners[corner])];
-      if (any == Closed) continue;
+        any |= states[slot_of(corners[corner])];
+      if (any == Closed || !nodes.is_known(i)) continue;
+      std::uint64_t mixes[Fold::corners];
+      std::uint64_t keys[Fold::sides];
       std::uint64_t smallest[Fold::sides];
+      std::transform(corners, corners + Fold::corners, mixes, mixed);
+      Fold::fold(mixes, sum, keys);
       Fold::fold(corners, smaller, smallest);
       for (int side = 0; side < Fold::sides; ++side) {
-        const std::uint64_t slot = slot_of(smallest[side]);
+        const std::uint64_t slot = slot_of_(smallest[side]);
         // No side has a null corner.
         if (states_[slot] == Closed || smallest[side] == 0) continue;
-        Candidate candidate{};
+        Candidate candidate;
         candidate.corner_count = shape.sides[side].corner_count;
         for (int corner = 0; corner < candidate.corner_count; ++corner)
           candidate.corners[corner].value = corners[shape.sides[side].nodes[corner]];
+        candidate.key = keys[side];
         candidate.solid = solid;
         candidate.side = static_cast<unsigned char>(side);
-        candidate.is_quadratic = corners[Fold::corners] != 0;
         list_side(slot, candidate);
       }
     }
   });
 }
 
-void ExteriorSides::list_side(std::uint64_t slot, const Candidate& side) {
-  const DistinctCorners distinct = distinct_corners(side.corners, side.corner_count);
-  if (distinct.count < 3) return;
+void ExteriorSides::list_side(std::uint64_t slot, Candidate& side) {
+  if (!all_differ(side.corners, side.corner_count)) {
+    const DistinctCorners distinct = distinct_corners(side.corners, side.corner_count);
+    if (distinct.count < 3) return;
+    side.key = distinct.key;
+  }
   if (states_[slot] == Open) {
     states_[slot] = Listed;
     words_[slot] = no_candidate;
   }
-  Candidate listed = side;
-  listed.key = distinct.key;
-  listed.is_exterior = true;
-  listed.next = static_cast<std::uint32_t>(words_[slot]);
-  for (std::uint32_t at = listed.next; at != no_candidate; at = candidates_[at].next) {
-    if (!is_same_side(candidates_[at], listed)) continue;
+  side.is_exterior = true;
+  side.next = static_cast<std::uint32_t>(words_[slot]);
+  for (std::uint32_t at = side.next; at != no_candidate; at = candidates_[at].next) {
+    if (!is_same_side(candidates_[at], side)) continue;
     candidates_[at].is_exterior = false;
     return;
   }
   words_[slot] = candidates_.size();
-  candidates_.push_back(listed);
+  candidates_.push_back(side);
 }
 
 } // namespace Tarn

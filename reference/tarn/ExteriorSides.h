@@ -27,7 +27,6 @@ public:
     std::uint32_t next;         ///< the next candidate with the same word
     unsigned char side;         ///< which side of it
     unsigned char corner_count; ///< 3 or 4
-    bool is_quadratic;          ///< whether the solid has more nodes than corners
     bool is_exterior;           ///< false once another solid has it, or a shell covers it
   };
 
@@ -45,14 +44,18 @@ private:
   template <ElementType Type> void toggle_sides(MeshData& database, const ElementRuns& list);
   void mark_open_slots();
   template <ElementType Type> void list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid);
-  void list_side(std::uint64_t slot, const Candidate& side);
+  void list_side(std::uint64_t slot, Candidate& side);
   template <class Call> static void for_kind(ElementType type, Call call);
-  std::uint64_t slot_of(std::uint64_t node) const { return node >> shift_ & mask_; }
 
+  /// Which word belongs to a node.
+  struct Slots {
+    int shift = 0;
+    std::uint64_t mask = 0;
+    std::uint64_t operator()(std::uint64_t node) const { return node >> shift & mask; }
+  };
   enum SlotState : unsigned char { Closed, Open, Listed };
 
-  int shift_ = 0;
-  std::uint64_t mask_ = 0;
+  Slots slot_of_;
   PodArray<std::uint64_t> words_;  ///< sums of sides; of listed slots the first candidate
   PodArray<unsigned char> states_; ///< of each slot
   PodArray<Candidate> candidates_;

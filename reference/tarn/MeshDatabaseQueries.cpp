@@ -28,6 +28,26 @@ void write_strided(ElementTable::Nodes nodes, MeshData::Count stride, Handle<0>*
     out[i] = Handle<0>();
 }
 
+/// The number of elements at the beginning of the list that follow one another in their table.
+MeshData::Count run_length(MeshData::Count count, const Handle<1>* elements) {
+  MeshData::Count length = 1;
+  while (length < count && elements[length].value - elements[0].value == length)
+    ++length;
+  return length;
+}
+
+/// Writes `stride` nodes of each of the living elements that begin with `first`; all have `own` nodes.
+void write_rows(const Index* first, MeshData::Count count, MeshData::Count own, MeshData::Count stride,
+                Handle<0>* out) {
+  if (own == stride) {
+    for (MeshData::Count i = 0; i < count * stride; ++i)
+      out[i] = node_handle(first[i]);
+    return;
+  }
+  for (MeshData::Count row = 0; row < count; ++row, first += own, out += stride)
+    write_strided({first, own}, stride, out);
+}
+
 /// Writes up to `*count` handles of the set and tells how many.
 template <class Entity, class MakeHandle>
 void write_runs(const IndexRuns& set, MeshData::Count* count, Entity* out, MakeHandle make_handle) {
@@ -126,9 +146,19 @@ void MeshDatabase::get_node_flags(Count count, const Node* nodes, char* flags) {
 void MeshDatabase::get_connectivity(Count count, const Elem* elements, Count* length, Node* nodes) {
   const Count stride = count == 0 ? 0 : *length / count;
   *length = count * stride;
-  for (Count i = 0; i < count; ++i) {
-    Index edge[3];
-    write_strided(d->nodes_of(elements[i], edge), stride, nodes + i * stride);
+  for (Count i = 0; i < count;) {
+    const ElementTable* const table = d->table_of(elements[i]);
+    if (table && table->stride() != 0 && table->dead_count == 0) {
+      // Elements lie as they were added: whole runs are written at once.
+      const std::uint64_t first = index_of(elements[i].value);
+      const Count taken = run_length(std::min(count - i, table->size() - first), elements + i);
+      write_rows(table->nodes(first).data, taken, table->stride(), stride, nodes + i * stride);
+      i += taken;
+    } else {
+      Index edge[3];
+      write_strided(d->nodes_of(elements[i], edge), stride, nodes + i * stride);
+      ++i;
+    }
   }
 }
 

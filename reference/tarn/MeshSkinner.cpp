@@ -43,12 +43,15 @@ class NodeReader {
 public:
   explicit NodeReader(Tarn::MeshData& database) : database_(database) {}
 
-  /// Reads `stride` nodes of each element; those that it lacks are null.
-  void read(const Elem* elements, std::size_t count, std::size_t stride) {
-    stride_ = stride;
-    nodes_.assign(count * stride, Node());
-    Tarn::MeshData::Count length = nodes_.size();
-    database_.get_connectivity(count, elements, &length, nodes_.data());
+  /// Reads all nodes of each element.
+  void read_all(const Elem* elements, std::size_t count, Tarn::ElementType type) {
+    // One node more than there are corners tells elements that have more; only where there are any, all are read.
+    const std::size_t corners = Tarn::element_shape(type).corner_count;
+    read(elements, count, corners + 1);
+    bool is_linear = true;
+    for (std::size_t i = 0; i < count; ++i)
+      is_linear = is_linear && of(i)[corners] == Node();
+    if (!is_linear) read(elements, count, Tarn::most_nodes(type));
   }
   const Node* of(std::size_t element) const { return &nodes_[element * stride_]; }
   /// How many nodes there are before the first null.
@@ -57,31 +60,40 @@ public:
   }
 
 private:
+  void read(const Elem* elements, std::size_t count, std::size_t stride) {
+    stride_ = stride;
+    nodes_.assign(count * stride, Node());
+    Tarn::MeshData::Count length = nodes_.size();
+    database_.get_connectivity(count, elements, &length, nodes_.data());
+  }
+
   Tarn::MeshData& database_;
   std::size_t stride_ = 0;
   std::vector<Node> nodes_;
 };
 
-/// All nodes of some solids of one kind, to be asked for in the order given.
+/// The nodes of some solids of one kind, to be asked for in the order given.
 class SolidNodes {
 public:
   SolidNodes(Tarn::MeshData& database, Tarn::ElementType type, std::vector<Elem> solids)
-      : reader_(database), stride_(Tarn::most_nodes(type)), solids_(std::move(solids)) {}
+      : reader_(database), type_(type), solids_(std::move(solids)) {}
 
   void move_to(Elem solid) {
-    while (at_ == end_ || solids_[at_] != solid) {
-      if (at_ < end_ && ++at_ < end_) continue;
-      begin_ = end_;
-      end_ = std::min(solids_.size(), begin_ + ElementRuns::chunk_size);
-      reader_.read(&solids_[begin_], end_ - begin_, stride_);
-    }
+    while (at_ == end_ || solids_[at_] != solid)
+      if (at_ == end_ || ++at_ == end_) read_chunk();
   }
   const Node* nodes() const { return reader_.of(at_ - begin_); }
   std::size_t count() const { return reader_.count(at_ - begin_); }
 
 private:
+  void read_chunk() {
+    begin_ = end_;
+    end_ = std::min(solids_.size(), begin_ + ElementRuns::chunk_size);
+    reader_.read_all(&solids_[begin_], end_ - begin_, type_);
+  }
+
   NodeReader reader_;
-  std::size_t stride_;
+  Tarn::ElementType type_;
   std::vector<Elem> solids_;
   std::size_t begin_ = 0; // what was read
   std::size_t end_ = 0;
@@ -101,7 +113,7 @@ struct MeshSkinner::Private {
   Tarn::MeshData& database() const { return *solids->d->database; }
   void add_shells(const ElementRuns& list, ExteriorSides& exterior);
   void add_solids(const ElementRuns& list, std::uint64_t first, CandidateIt begin, CandidateIt end);
-  int add_side_nodes(const ExteriorSides::Candidate& side, const ElementShape& shape, const SolidNodes& solid);
+  int add_side_nodes(const ElementShape& shape, int side, const SolidNodes& solid);
   std::vector<Side*> finish();
 };
 
@@ -142,12 +154,7 @@ void MeshSkinner::Private::add_shells(const ElementRuns& list, ExteriorSides& ex
   sides.reserve_more(list.size());
   nodes.reserve_more(list.size() * corners);
   list.for_each_chunk([&](const Elem* elements, std::size_t count) {
-    // One node more than there are corners tells shells that have more; a chunk with any is read again whole.
-    reader.read(elements, count, corners + 1);
-    bool is_linear = true;
-    for (std::size_t i = 0; i < count; ++i)
-      is_linear = is_linear && reader.of(i)[corners] == Node();
-    if (!is_linear) reader.read(elements, count, Tarn::most_nodes(list.type()));
+    reader.read_all(elements, count, list.type());
     for (std::size_t i = 0; i < count; ++i) {
       shell.move_to(number++);
       const std::size_t known = reader.count(i);
@@ -161,39 +168,35 @@ void MeshSkinner::Private::add_shells(const ElementRuns& list, ExteriorSides& ex
 
 void MeshSkinner::Private::add_solids(const ElementRuns& list, std::uint64_t first, CandidateIt begin,
                                       CandidateIt end) {
-  std::vector<Elem> quadratic;
+  const ElementShape& shape = Tarn::element_shape(list.type());
+  std::vector<Elem> outer;
   ElementCursor cursor(list);
   for (CandidateIt side = begin; side != end; ++side) {
-    if (!side->is_exterior || !side->is_quadratic) continue;
+    if (!side->is_exterior) continue;
     cursor.move_to(side->solid - first);
-    if (quadratic.empty() || quadratic.back() != cursor.element()) quadratic.push_back(cursor.element());
+    if (outer.empty() || outer.back() != cursor.element()) outer.push_back(cursor.element());
   }
   sides.reserve_more(static_cast<std::size_t>(end - begin));
   nodes.reserve_more(static_cast<std::size_t>(end - begin) * 4);
-  SolidNodes solid_nodes(database(), list.type(), std::move(quadratic));
+  SolidNodes solid_nodes(database(), list.type(), std::move(outer));
   ElementCursor solid(list);
   for (CandidateIt side = begin; side != end; ++side) {
     if (!side->is_exterior) continue;
     solid.move_to(side->solid - first);
-    int node_count = side->corner_count;
-    if (side->is_quadratic) {
-      solid_nodes.move_to(solid.element());
-      node_count = add_side_nodes(*side, Tarn::element_shape(list.type()), solid_nodes);
-    } else {
-      std::copy_n(side->corners, node_count, nodes.append(side->corner_count));
-    }
+    solid_nodes.move_to(solid.element());
+    const int node_count = add_side_nodes(shape, side->side, solid_nodes);
     sides.push_back({side->corner_count, node_count, nullptr, solid.element(), solid.position()});
   }
 }
 
 // The side's corners, its mid-side nodes where the solid has all of them, its centre where the solid has centres.
-int MeshSkinner::Private::add_side_nodes(const ExteriorSides::Candidate& side, const ElementShape& shape,
-                                         const SolidNodes& solid) {
-  const Tarn::SideShape& side_shape = shape.sides[side.side];
+int MeshSkinner::Private::add_side_nodes(const ElementShape& shape, int side, const SolidNodes& solid) {
+  const Tarn::SideShape& side_shape = shape.sides[side];
   const std::size_t known = solid.count();
   const std::size_t own = side_shape.corner_count * (known >= shape.node_counts[1] ? 2u : 1u);
+  Node* const out = nodes.append(own);
   for (std::size_t i = 0; i < own; ++i)
-    nodes.push_back(solid.nodes()[side_shape.nodes[i]]);
+    out[i] = solid.nodes()[side_shape.nodes[i]];
   const bool has_centre = side_shape.centre != 0 && known == shape.with_centres;
   if (has_centre) nodes.push_back(solid.nodes()[side_shape.centre]);
   return static_cast<int>(own + has_centre);

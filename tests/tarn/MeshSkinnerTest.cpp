@@ -333,10 +333,12 @@ TEST(MeshSkinner, GivenManyElements_WhenSkinned_ThenTheDatabaseIsAskedInBulk) {
 
   ASSERT_THAT(skin_of(database, {in_order(mesh.mesh.elements[Tarn::Hex])}), SizeIs(6 * 16 * 16));
 
-  const std::size_t chunks = 16 * 16 * 16 / 256;
-  EXPECT_EQ(database.count("get_connectivity"), 2 * chunks + 1);
+  // All hexahedra twice, the outer ones once more, a few for a first look, 256 at a time.
+  const std::size_t all = 16 * 16 * 16;
+  const std::size_t outer = all - 14 * 14 * 14;
+  EXPECT_EQ(database.count("get_connectivity"), 2 * (all / 256) + (outer + 255) / 256 + 1);
   EXPECT_EQ(database.count("get_element_types"), 1u);
-  EXPECT_EQ(database.calls().size(), 2 * chunks + 2);
+  EXPECT_EQ(database.calls().size(), database.count("get_connectivity") + 1);
 }
 
 TEST(MeshSkinner, GivenManyQuadraticElements_WhenSkinned_ThenTheirNodesAreAskedForInBulk) {
@@ -351,5 +353,5 @@ TEST(MeshSkinner, GivenManyQuadraticElements_WhenSkinned_ThenTheirNodesAreAskedF
   ASSERT_THAT(skin, SizeIs(6 * 700 + 4 * 300));
   EXPECT_TRUE(std::all_of(skin.begin(), skin.begin() + 6 * 700, [](auto& face) { return face.nodes.size() == 8; }));
   EXPECT_TRUE(std::all_of(skin.begin() + 6 * 700, skin.end(), [](auto& face) { return face.nodes.size() == 6; }));
-  EXPECT_LE(database.calls().size(), 20u);
+  EXPECT_LE(database.calls().size(), 24u);
 }
