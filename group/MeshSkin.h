@@ -3,7 +3,6 @@
 #include "mesh/database/MeshSkinner.h"
 #include "mesh/database/SideToElement.h"
 
-#include <array>
 #include <vector>
 
 struct MeshVector;
@@ -12,7 +11,7 @@ struct MeshVector;
 class MeshSkin {
 public:
   /// `positions`: what the faces of each element carry as its position, a list per kind; null is identity. Database and
-  /// lists are borrowed and must outlive the skin.
+  /// lists are borrowed; the database must outlive the skin.
   MeshSkin(Tarn::MeshData* database, const MeshVector& mesh, const std::vector<int> (*positions)[10]);
   ~MeshSkin();
   MeshSkin(const MeshSkin&) = delete;
@@ -22,9 +21,6 @@ public:
   const std::vector<Side*>& sides() const;
 
 private:
-  const std::vector<int>& positions_of(std::size_t type, std::size_t count, const std::vector<int> (*positions)[10]);
-
-  std::array<std::vector<int>, 10> identity_;
   SideToElement solids_;
   MeshSkinner skinner_;
   std::vector<Side*> sides_;
