@@ -1,0 +1,3 @@
+#include "platform/base/PickBounds.h"
+
+PickBounds::~PickBounds() = default;

@@ -1,0 +1,3 @@
+#include "platform/base/PickCallbackNow.h"
+
+GPicked::PickCallbackNow::~PickCallbackNow() = default;

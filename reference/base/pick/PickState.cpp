@@ -1,0 +1,105 @@
+#include "reference/base/pick/PickState.h"
+
+#include "platform/base/PickCallbackNow.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace {
+
+// A copy: observers come and go from within notifications. One that left meanwhile is told no more.
+template <class Tell> void tell_all(const std::vector<GPicked::PickCallbackNow*>& observers, Tell tell) {
+  const std::vector<GPicked::PickCallbackNow*> copy = observers;
+  for (GPicked::PickCallbackNow* observer : copy)
+    if (std::find(observers.begin(), observers.end(), observer) != observers.end()) tell(observer);
+}
+
+} // namespace
+
+void SelectionList::add(const PickHit& hit) {
+  entries_.push_back(hit.selection);
+  hits_.push_back(hit);
+}
+
+std::vector<PickHit> SelectionList::take_out(const std::function<bool(const PickHit&)>& goes) {
+  std::vector<PickHit> taken;
+  std::vector<PickHit> kept;
+  for (const PickHit& hit : hits_)
+    (goes(hit) ? taken : kept).push_back(hit);
+  if (taken.empty()) return taken;
+  clear();
+  for (const PickHit& hit : kept)
+    add(hit);
+  return taken;
+}
+
+void SelectionList::clear() {
+  entries_.clear();
+  hits_.clear();
+}
+
+PickState& PickState::instance() {
+  static PickState state;
+  return state;
+}
+
+// All kinds but "Element", which is a mode: nodes become their own elements.
+PickState::PickState()
+    : filter{"Hex",  "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
+             "Face", "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement"} {}
+
+void PickState::add_to_picked(const std::vector<PickHit>& hits) {
+  std::unordered_set<EntityIdentity, EntityIdentityHash> known;
+  for (const PickHit& hit : picked.hits())
+    known.insert(hit.identity);
+  std::vector<PickHit> added;
+  for (const PickHit& hit : hits) {
+    if (!known.insert(hit.identity).second) continue;
+    picked.add(hit);
+    added.push_back(hit);
+  }
+  tell_picked(added, true);
+}
+
+void PickState::remove_from_picked(const std::function<bool(const PickHit&)>& goes) {
+  tell_picked(picked.take_out(goes), false);
+}
+
+void PickState::replace_pre_selection(const EntitySelection& selection, GPicker* picker) {
+  std::vector<PickHit> next;
+  if (selection.entity()) next.push_back({selection, EntityIdentity(*selection.entity()), false, picker});
+  const bool same =
+      next.size() == pre_selected.size() && (next.empty() || next.front().identity == pre_selected.front().identity);
+  const EntitySelection before = pre_selection;
+  pre_selection = selection;
+  pre_selected = next;
+  if (same) return;
+  if (before.entity()) tell_pre_selected(before, false);
+  if (selection.entity()) tell_pre_selected(selection, true);
+}
+
+void PickState::forget(GPicker* picker) {
+  const auto is_its = [picker](const PickHit& hit) { return hit.picker == picker; };
+  possible.take_out(is_its);
+  remove_from_picked(is_its);
+  if (!pre_selected.empty() && is_its(pre_selected.front())) replace_pre_selection(EntitySelection(), nullptr);
+}
+
+void PickState::tell_picked(const std::vector<PickHit>& hits, bool add) {
+  if (hits.empty()) return;
+  std::vector<const GPicked::PickedEntity*> entities;
+  std::vector<const float*> points;
+  for (const PickHit& hit : hits) {
+    entities.push_back(hit.selection.entity());
+    points.push_back(hit.selection.point());
+  }
+  tell_all(pick_observers, [&](GPicked::PickCallbackNow* observer) {
+    observer->notify_picked(static_cast<int>(hits.size()), entities.data(), points.data(), add);
+  });
+}
+
+void PickState::tell_pre_selected(const EntitySelection& selection, bool add) {
+  tell_all(pre_selection_observers, [&](GPicked::PickCallbackNow* observer) {
+    observer->notify_pre_select(selection.entity(), selection.point(), add);
+  });
+}

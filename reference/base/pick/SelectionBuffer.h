@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/base/EntitySelection.h"
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+class GPicker;
+
+namespace Tarn {
+class MeshData;
+}
+
+/// What makes two records the same entity: node or not, database, handle. Taken once: asking a record for its kind may
+/// ask its database.
+struct EntityIdentity {
+  explicit EntityIdentity(const GPicked::PickedEntity& entity);
+
+  bool is_node;
+  const Tarn::MeshData* database;
+  unsigned long long handle;
+};
+
+bool operator==(const EntityIdentity& left, const EntityIdentity& right);
+
+/// Hashes an identity.
+struct EntityIdentityHash {
+  std::size_t operator()(const EntityIdentity& identity) const;
+};
+
+/// A hit of a pick, and who reported it.
+struct PickHit {
+  EntitySelection selection;
+  EntityIdentity identity;
+  bool has_area;   ///< a face or a solid, which a ray can pierce
+  GPicker* picker; ///< who reported it; borrowed
+};
+
+/// Gathers the hits of a pick, one entry per entity: of several reports the nearest stays, of equally near ones the
+/// first that is exact.
+class SelectionBuffer {
+public:
+  /// Adds a hit reported by the picker that `run` calls at the time.
+  void add(const GPicked::PickedEntity& entity, const float* point, float distance, bool exact);
+  /// Makes this buffer the one that hits go to, and `picker` their reporter, for as long as the scope lives.
+  class Scope {
+  public:
+    Scope(SelectionBuffer& buffer, GPicker* picker);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+  private:
+    SelectionBuffer* outer_;
+  };
+  /// The buffer of the pick that is under way, or null.
+  static SelectionBuffer* current();
+
+  /// The hits in the order in which their entities were first reported.
+  const std::vector<PickHit>& hits() const { return hits_; }
+  /// The hit of an entity, or null.
+  const PickHit* find(const EntityIdentity& identity) const;
+
+private:
+  std::vector<PickHit> hits_;
+  std::unordered_map<EntityIdentity, std::size_t, EntityIdentityHash> place_of_;
+  GPicker* picker_ = nullptr;
+};
