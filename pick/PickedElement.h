@@ -21,6 +21,7 @@ public:
   int element_id() const override;
 
 protected:
+  /// See `New`.
   PickedElement(Tarn::Handle<1> element, Tarn::MeshData* db);
   ~PickedElement() override;
 };

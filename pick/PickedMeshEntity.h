@@ -16,6 +16,7 @@ public:
   Tarn::MeshData* database() const override;
 
 protected:
+  /// `database` is borrowed and must outlive the record.
   PickedMeshEntity(std::uint64_t handle, Tarn::MeshData* database);
   ~PickedMeshEntity() override;
 

@@ -19,6 +19,7 @@ public:
   int id() const override;
 
 protected:
+  /// See `New`.
   PickedNode(Tarn::Handle<0> node, Tarn::MeshData* db);
   ~PickedNode() override;
 };

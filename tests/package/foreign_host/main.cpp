@@ -2,7 +2,10 @@
 #include "SolverDatabase.h"
 
 #include <orbel_mesh/group/GMeshGroup.h>
+#include <orbel_mesh/highlight/GMeshHighlight.h>
+#include <orbel_mesh/highlight/GMeshHighlightProperties.h>
 #include <orbel_mesh/model/GMeshModel.h>
+#include <orbel_mesh/pick/GMeshPicker.h>
 #include <orbel_mesh/platform/base/GView.h>
 
 #include <vtkPlane.h>
@@ -17,6 +20,9 @@
 
 #include <iostream>
 #include <string>
+
+// The foreign platform's own way to pick.
+extern "C" unsigned long long foreign_pick(vtkRenderer* renderer, float x, float y);
 
 namespace {
 
@@ -93,6 +99,19 @@ int main() {
   view.render();
   const int red = pixels_of(view, 255, 0, 0), blue = pixels_of(view, 0, 0, 255);
   expect("foot and plate are seen", 1, red > 5000 && blue > 4 * red);
+
+  // A pick beside the middle, where a node is, finds an element, and what was picked is drawn in green.
+  {
+    GMeshPicker picker;
+    GMeshHighlightProperties looks;
+    GMeshHighlight highlight(&model, &looks);
+    highlight.observe_selections(true);
+    view.render();
+    expect("nothing picked yet", 0, pixels_of(view, 0, 255, 0));
+    expect("something is picked", 1, foreign_pick(view.renderer(), 206, 208) != 0);
+    view.render();
+    expect("what was picked is drawn", 1, pixels_of(view, 0, 255, 0) > 0);
+  }
 
   model.set_visibility(database.owner(Foot), false);
   view.render();

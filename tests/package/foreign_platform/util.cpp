@@ -1,4 +1,6 @@
+#include "platform/util/TovanBox.h"
 #include "platform/util/TovanColor.h"
+#include "platform/util/TovanColorTable.h"
 #include "platform/util/TovanVector.h"
 
 #include <cmath>
@@ -32,3 +34,18 @@ TovanVector::TovanVector(const double* xyz) : TovanVector(xyz[0], xyz[1], xyz[2]
 double TovanVector::distance_between(const TovanVector& other) const {
   return std::hypot(x - other.x, y - other.y, z - other.z);
 }
+
+TovanBox::TovanBox() : minimum_{1, 1, 1}, maximum_{-1, -1, -1} {}
+TovanBox::TovanBox(const double* minimum, const double* maximum) { reset(minimum, maximum); }
+void TovanBox::reset(const double* minimum, const double* maximum) {
+  for (int i = 0; i < 3; ++i) {
+    minimum_[i] = minimum[i];
+    maximum_[i] = maximum[i];
+  }
+}
+// Nothing is ruled out: slow, and right.
+bool TovanBox::intersect(const TovanVector&, const TovanVector&) const { return true; }
+const double* TovanBox::minimum() const { return minimum_; }
+const double* TovanBox::maximum() const { return maximum_; }
+
+TovanColor TovanColorTable::get_highlight_color() { return {0, 255, 0}; }
