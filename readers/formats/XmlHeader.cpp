@@ -114,7 +114,7 @@ void check_raw_array(std::int64_t offset, const Header& header, const Appended& 
 
 void check_appended(const std::vector<std::int64_t>& offsets, const Header& header, const Appended& appended) {
   for (std::int64_t offset : offsets) {
-    if (offset < 0 || static_cast<std::uint64_t>(offset) >= appended.bytes.size())
+    if (static_cast<std::uint64_t>(offset) >= appended.bytes.size()) // a negative one as well
       throw Refusal("appended array at offset " + std::to_string(offset) + " lies beyond the end of the file");
     if (appended.raw) check_raw_array(offset, header, appended);
   }

@@ -335,7 +335,7 @@ TEST(VtkFiles, GivenAMultiBlockFile_WhenReading_ThenBlocksAreOwnersByName) {
                  "<?xml version=\"1.0\"?>\n<!-- <DataSet file=\"no.vtu\"/> -->\n<VTKFile type=\"vtkMultiBlockDataSet\" "
                  "version=\"1.0\"><vtkMultiBlockDataSet>"
                  "<DataSet index=\"0\" name=\"a &amp; b\" file=\"triangle.vtu\"/>"
-                 "<Block index=\"1\" name=\"outer\"><DataSet index=\"0\" file=\"hexahedron.vtu\"/>"
+                 "<Block index=\"1\" name=\"outer\"><Block><DataSet index=\"0\" file=\"hexahedron.vtu\"/></Block>"
                  "<DataSet index=\"1\" name=\"inner\" file=\"triangle.vtu\"/></Block>"
                  "<DataSet index=\"2\"/><DataSet index=\"3\" file=\"triangle.vtu\"/>"
                  "</vtkMultiBlockDataSet></VTKFile>\n");

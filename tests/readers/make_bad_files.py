@@ -117,8 +117,12 @@ bad("appended_offset_beyond.vtu",
     "error: appended array at offset 100000 lies beyond the end of the file")
 bad("appended_length_beyond.vtu",
     vtu(points="", points_format='format="appended" offset="0"',
-        appended='<AppendedData encoding="raw">_zzzz</AppendedData>'),
+        appended='<AppendedData encoding="raw">_\x60\x00\x00\x00</AppendedData>'),
     "error: appended array at offset 0 reaches beyond the end of the file")
+bad("appended_negative.vtu",
+    vtu(points="", points_format='format="appended" offset="-3"',
+        appended='<AppendedData encoding="raw">_zzzz</AppendedData>'),
+    "error: appended array at offset -3 lies beyond the end of the file")
 bad("appended_missing.vtu", vtu(points="", points_format='format="appended" offset="0"'),
     "error: appended array at offset 0 lies beyond the end of the file")
 bad("extent_huge.vti",
