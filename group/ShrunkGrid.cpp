@@ -20,7 +20,6 @@
 #include <vtkUnstructuredGrid.h>
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 #include <type_traits>
 
@@ -278,12 +277,11 @@ template <class IdArray> void fill(const ShrunkGridSource& source, vtkUnstructur
 
 } // namespace
 
-void fill_shrunk_grid(const ShrunkGridSource& source, vtkUnstructuredGrid* grid) {
+void fill_shrunk_grid(const ShrunkGridSource& source, vtkUnstructuredGrid* grid, std::size_t narrow_uses) {
   std::size_t max_uses = 0;
   for (unsigned type = Tarn::OneNode; type <= Tarn::Superelement; ++type) {
     const auto kind = static_cast<Tarn::ElementType>(type);
     max_uses += source.mesh.elements[kind].size() * pattern_of(kind, corner_count(kind)).use_count();
   }
-  const bool narrow = max_uses <= static_cast<std::size_t>(std::numeric_limits<vtkTypeInt32>::max());
-  narrow ? fill<vtkTypeInt32Array>(source, grid) : fill<vtkTypeInt64Array>(source, grid);
+  max_uses <= narrow_uses ? fill<vtkTypeInt32Array>(source, grid) : fill<vtkTypeInt64Array>(source, grid);
 }

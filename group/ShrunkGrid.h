@@ -2,6 +2,9 @@
 
 #include "mesh/MeshVector.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 class vtkUnstructuredGrid;
@@ -25,4 +28,7 @@ struct ShrunkGridSource {
 /// everything has the same colour.
 ///
 /// The grid gets arrays of its own: those that it held are left as they are, since other data sets may share them.
-void fill_shrunk_grid(const ShrunkGridSource& source, vtkUnstructuredGrid* grid);
+///
+/// Offsets and point ids are kept in 32 bits while cells use at most `narrow_uses` points in all, else in 64.
+void fill_shrunk_grid(const ShrunkGridSource& source, vtkUnstructuredGrid* grid,
+                      std::size_t narrow_uses = std::numeric_limits<std::int32_t>::max());

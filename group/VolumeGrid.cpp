@@ -318,7 +318,8 @@ vtkSmartPointer<vtkUnstructuredGrid> build(const VolumeGridSource& source, const
 
 } // namespace
 
-vtkSmartPointer<vtkUnstructuredGrid> make_volume_grid(const VolumeGridSource& source, const std::vector<Side*>& skin) {
+vtkSmartPointer<vtkUnstructuredGrid> make_volume_grid(const VolumeGridSource& source, const std::vector<Side*>& skin,
+                                                      std::size_t narrow_uses) {
   constexpr std::size_t most_nodes_of_a_face = 8;
   std::size_t max_cells = source.mesh.nodes.size() + skin.size();
   std::size_t max_uses = source.mesh.nodes.size() + most_nodes_of_a_face * skin.size();
@@ -326,6 +327,6 @@ vtkSmartPointer<vtkUnstructuredGrid> make_volume_grid(const VolumeGridSource& so
     max_cells += source.mesh.elements[kind].size();
     max_uses += source.mesh.elements[kind].size() * static_cast<std::size_t>(std::max(0, stride_of(kind)));
   }
-  const bool narrow = max_uses <= static_cast<std::size_t>(std::numeric_limits<vtkTypeInt32>::max());
-  return narrow ? build<vtkTypeInt32Array>(source, skin, max_cells) : build<vtkTypeInt64Array>(source, skin, max_cells);
+  return max_uses <= narrow_uses ? build<vtkTypeInt32Array>(source, skin, max_cells)
+                                 : build<vtkTypeInt64Array>(source, skin, max_cells);
 }

@@ -4,6 +4,9 @@
 
 #include <vtkSmartPointer.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 class vtkUnstructuredGrid;
@@ -29,4 +32,8 @@ struct VolumeGridSource {
 ///
 /// Entities without nodes, faces of unknown kinds and faces that lack a node are left out. The solids and shells of
 /// `source.mesh` are not looked at: `skin` stands for them, and carries their positions.
-vtkSmartPointer<vtkUnstructuredGrid> make_volume_grid(const VolumeGridSource& source, const std::vector<Side*>& skin);
+///
+/// Offsets and point ids are kept in 32 bits while cells use at most `narrow_uses` points in all, else in 64.
+vtkSmartPointer<vtkUnstructuredGrid>
+make_volume_grid(const VolumeGridSource& source, const std::vector<Side*>& skin,
+                 std::size_t narrow_uses = std::numeric_limits<std::int32_t>::max());

@@ -378,6 +378,25 @@ TEST_F(Clipping, GivenAPlaneMovedInPlace_WhenAskedAgain_ThenTheGridFollowsThough
   EXPECT_EQ(group->builds, 2);
 }
 
+TEST_F(Clipping, GivenEveryKind_WhenClipped_ThenEachIsJudgedByItsOwnNodes) {
+  for (const bool keep_first : {false, true}) {
+    NamedMesh two;
+    for (unsigned type = 1; type < 10; ++type)
+      for (const double x : {0.0, 10.0}) {
+        const auto kind = static_cast<Tarn::ElementType>(type);
+        two.add_own_element(kind, linear_node_count(kind), x);
+      }
+    show(std::move(two));
+    plane->SetOrigin(5, 0, 0);
+    plane->SetNormal(keep_first ? -1 : 1, 0, 0);
+    group->set_clipping_plane(plane);
+    group->get_2d_data();
+    for (std::size_t type = 1; type < 10; ++type)
+      EXPECT_THAT(group->get_filtered_mesh().elements[type], ElementsAre(mesh.mesh.elements[type][keep_first ? 0 : 1]))
+          << type;
+  }
+}
+
 TEST_F(Clipping, GivenAPlane_WhenTakenAway_ThenEverythingIsBack) {
   group->set_clipping_plane(plane);
   group->get_2d_data();

@@ -585,6 +585,62 @@ TEST_F(MeshGroup, GivenCellColors_WhenRebuilt_ThenColorsStayWithTheirHandlesAndN
                           channels(color_number(12)), white));
 }
 
+/// Lists what an owner has back to front.
+class BackToFront : public RecordingMeshData {
+public:
+  using RecordingMeshData::RecordingMeshData;
+  void get_owner_nodes(Tarn::SMeshOwnerType* owner, Count* count, int unused, Node* nodes) override {
+    RecordingMeshData::get_owner_nodes(owner, count, unused, nodes);
+    std::reverse(nodes, nodes + *count);
+  }
+  void get_owner_elements(Tarn::SMeshOwnerType* owner, Tarn::ElementType type, Count* count, Elem* elements) override {
+    RecordingMeshData::get_owner_elements(owner, type, count, elements);
+    std::reverse(elements, elements + *count);
+  }
+};
+
+TEST_F(MeshGroup, GivenADatabaseThatListsInAnyOrder_WhenRebuilt_ThenOnlyCellColorsSortTheSet) {
+  use(each_linear_kind());
+  for (std::size_t type = 1; type < 10; ++type)
+    mesh.add_own_element(static_cast<Tarn::ElementType>(type), linear_node_count(static_cast<Tarn::ElementType>(type)));
+  ASSERT_TRUE(mesh.database->add_to_node_set(mesh.owner, mesh.nodes.size(), mesh.nodes.data()));
+  db = std::make_unique<BackToFront>(*mesh.database);
+  model = std::make_unique<GMeshModel>(db.get());
+  MeshVector sorted = mesh.mesh;
+  sorted.nodes = mesh.nodes;
+  sorted.sort_unique();
+  MeshVector reversed = sorted;
+  std::reverse(reversed.nodes.begin(), reversed.nodes.end());
+  for (auto& list : reversed.elements)
+    std::reverse(list.begin(), list.end());
+
+  group->set_mesh(mesh.owner, sorted, model.get());
+  group->notify_mesh_modified();
+  expect_equal(group->get_mesh(), reversed);
+
+  std::array<std::vector<TovanColor>, 10> colors;
+  for (std::size_t type = 1; type < 10; ++type)
+    colors[type] = {color_number(static_cast<int>(type) + 10), color_number(static_cast<int>(type))};
+  std::vector<TovanColor> node_colors;
+  for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+    node_colors.push_back(color_number(static_cast<int>(1000 + mesh.nodes.size() - i)));
+  group->set_cell_color_array(node_colors, colors);
+  group->notify_mesh_modified();
+  expect_equal(group->get_mesh(), sorted);
+  // Shrunk, every kind but nodes is drawn, in the order of the kinds; the last node colours are looked at unshrunk.
+  const auto unshrunk = scalar_colors(group->get_2d_data()->GetCellData());
+  for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+    EXPECT_EQ(unshrunk[i], channels(color_number(static_cast<int>(1001 + i)))) << i;
+  group->set_shrink_factor(0.5F);
+  group->notify_mesh_transformed();
+  const int sides[] = {0, 1, 1, 1, 1, 4, 6, 5, 5, 1};
+  std::vector<Color> expected;
+  for (int type = 1; type < 10; ++type)
+    for (const int number : {type, type + 10})
+      expected.insert(expected.end(), static_cast<std::size_t>(sides[type]), channels(color_number(number)));
+  EXPECT_EQ(scalar_colors(group->get_2d_data()->GetCellData()), expected);
+}
+
 TEST_F(MeshGroup, GivenCellColorsInListsThatAreTooShort_WhenRebuilt_ThenTheRestIsWhite) {
   show(edge_chain(3));
   std::array<std::vector<TovanColor>, 10> colors;

@@ -39,7 +39,7 @@ protected:
     recorder = std::make_unique<RecordingMeshData>(*from.database);
     if (spoil) spoil(*recorder);
     const EntityColors colors{color_type, single, node_colors, element_colors, vertex_colors};
-    fill_shrunk_grid({recorder.get(), mesh, element_positions, colors, factor}, grid);
+    fill_shrunk_grid({recorder.get(), mesh, element_positions, colors, factor}, grid, narrow_uses);
   }
 
   vtkNew<vtkUnstructuredGrid> grid;
@@ -51,6 +51,7 @@ protected:
   std::array<std::vector<TovanColor>, 10> element_colors;
   std::map<Tarn::Handle<0>, TovanColor> vertex_colors;
   const std::vector<int> (*element_positions)[10] = nullptr;
+  std::size_t narrow_uses = std::numeric_limits<std::int32_t>::max();
 };
 
 TEST_F(ShrunkGrid, GivenAnEdge_WhenShrunkByHalf_ThenItsPointsMoveHalfWayToItsCentre) {
@@ -178,16 +179,39 @@ TEST_F(ShrunkGrid, GivenAnyFactor_WhenShrunk_ThenDistancesFromTheCentreScaleWith
 }
 
 TEST_F(ShrunkGrid, GivenAFarMesh_WhenShrunk_ThenPointsAreInDoublePrecision) {
-  NamedMesh mesh;
-  mesh.add_node(1e6, 0, 0);
-  mesh.add_node(1e6 + 1, 0, 0);
-  mesh.add_element(Tarn::Edge, {0, 1});
-  fill(mesh, 0.25);
-  EXPECT_EQ(grid->GetPoints()->GetDataType(), VTK_DOUBLE);
-  EXPECT_EQ(grid->GetPoint(0)[0], 1e6 + 0.375);
-  EXPECT_EQ(grid->GetPoint(1)[0], 1e6 + 0.625);
+  for (int axis = 0; axis < 3; ++axis) {
+    NamedMesh mesh;
+    for (const double x : {1e6, 1e6 + 1}) {
+      double xyz[3] = {0, 0, 0};
+      xyz[axis] = x;
+      mesh.add_node(xyz[0], xyz[1], xyz[2]);
+    }
+    mesh.add_element(Tarn::Edge, {0, 1});
+    fill(mesh, 0.25);
+    EXPECT_EQ(grid->GetPoints()->GetDataType(), VTK_DOUBLE);
+    EXPECT_EQ(grid->GetPoint(0)[axis], 1e6 + 0.375);
+    EXPECT_EQ(grid->GetPoint(1)[axis], 1e6 + 0.625);
+  }
   fill(edge_chain(1), 0.25);
   EXPECT_EQ(grid->GetPoints()->GetDataType(), VTK_FLOAT);
+}
+
+TEST_F(ShrunkGrid, GivenCells_WhenTheirUsesOfPointsDoNotFit_ThenIdsAreWideAndEverythingElseIsTheSame) {
+  const NamedMesh mesh = each_linear_kind();
+  color_type = GMeshGroup::CellColors;
+  fill(mesh, 0.5);
+  EXPECT_FALSE(grid->GetCells()->IsStorage64Bit());
+  vtkNew<vtkUnstructuredGrid> narrow;
+  narrow->DeepCopy(grid);
+  // One to four points, then the sides: four triangles, six quadrilaterals, two and three, one and four; a
+  // superelement.
+  narrow_uses = 1 + 2 + 3 + 4 + 12 + 24 + 18 + 16 + 3;
+  fill(mesh, 0.5);
+  EXPECT_FALSE(grid->GetCells()->IsStorage64Bit());
+  --narrow_uses;
+  fill(mesh, 0.5);
+  EXPECT_TRUE(grid->GetCells()->IsStorage64Bit());
+  EXPECT_EQ(difference(grid, narrow), "");
 }
 
 // ------------------------------------------------------------------------------------------ database calls

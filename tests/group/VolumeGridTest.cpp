@@ -75,7 +75,7 @@ protected:
   }
   vtkSmartPointer<vtkUnstructuredGrid> build(const MeshVector& mesh, const std::vector<Side*>& skin = {}) {
     const EntityColors colors{color_type, single, node_colors, element_colors, vertex_colors};
-    return make_volume_grid({recorder.get(), mesh, node_positions, element_positions, colors}, skin);
+    return make_volume_grid({recorder.get(), mesh, node_positions, element_positions, colors}, skin, narrow_uses);
   }
 
   std::unique_ptr<RecordingMeshData> recorder;
@@ -87,6 +87,7 @@ protected:
   std::map<Tarn::Handle<0>, TovanColor> vertex_colors;
   const std::vector<int>* node_positions = nullptr;
   const std::vector<int> (*element_positions)[10] = nullptr;
+  std::size_t narrow_uses = std::numeric_limits<std::int32_t>::max();
 };
 
 // Two nodes, two edges, one of each point-like kind, and a triangle of the skin, all on the nodes of one chain.
@@ -464,6 +465,26 @@ TEST_F(VolumeGrid, GivenTwoBuilds_WhenCompared_ThenTheyAreTwoGridsWithEqualConte
   const auto second = build(all.mesh, all.drawn, all.skin.in_one_block());
   EXPECT_NE(first, second);
   EXPECT_EQ(difference(first, second), "");
+}
+
+TEST_F(VolumeGrid, GivenCells_WhenTheirUsesOfPointsDoNotFit_ThenIdsAreWideAndEverythingElseIsTheSame) {
+  Everything all;
+  color_type = GMeshGroup::CellColors;
+  for (const bool failing : {false, true}) {
+    if (failing) spoil = [](RecordingMeshData& db) { db.fail("get_node_ids"); };
+    narrow_uses = std::numeric_limits<std::int32_t>::max();
+    const auto narrow = build(all.mesh, all.drawn, all.skin.scattered());
+    EXPECT_FALSE(narrow->GetCells()->IsStorage64Bit());
+    const auto calls = recorder->operations();
+    // Two nodes, two edges with room for three nodes, one and three point-like nodes, and room for eight of a face.
+    narrow_uses = 2 + 6 + 1 + 3 + 8;
+    EXPECT_FALSE(build(all.mesh, all.drawn, all.skin.scattered())->GetCells()->IsStorage64Bit());
+    --narrow_uses;
+    const auto wide = build(all.mesh, all.drawn, all.skin.scattered());
+    EXPECT_TRUE(wide->GetCells()->IsStorage64Bit());
+    EXPECT_EQ(difference(narrow, wide), "");
+    EXPECT_EQ(recorder->operations(), calls);
+  }
 }
 
 TEST_F(VolumeGrid, GivenAGrid_WhenItsArraysAreMeasured_ThenNoneHoldsRoomThatIsNotUsed) {
