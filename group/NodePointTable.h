@@ -25,6 +25,8 @@ public:
   }
   /// How many points there are.
   std::uint32_t size() const { return count_; }
+  /// How many pages there are.
+  std::size_t page_count() const { return page_count_; }
   /// Ends a numbering; gives back pages when there are more of them than are worth keeping.
   void finish();
 

@@ -548,6 +548,14 @@ TEST_F(MeshGroup, GivenAnExplicitSet_WhenRebuilt_ThenItLosesWhatIsGoneAndNeverGr
   EXPECT_THAT(group->get_mesh().nodes, ElementsAre(mesh.nodes[0], mesh.nodes[1]));
 }
 
+TEST_F(MeshGroup, GivenAnExplicitSetOfAllKinds_WhenRebuilt_ThenEachKindIsKept) {
+  use(each_linear_kind());
+  group->set_mesh(nullptr, mesh.mesh, model.get());
+  group->notify_mesh_modified();
+  expect_equal(group->get_mesh(), mesh.mesh);
+  EXPECT_EQ(group->get_mesh().size(), 9);
+}
+
 TEST_F(MeshGroup, GivenAnExplicitSetOfTwoOwners_WhenRebuilt_ThenTheirPartsFollowEachOtherInOwnerOrder) {
   use(edge_chain(4));
   const auto edges = mesh.mesh.elements[Tarn::Edge];

@@ -168,6 +168,26 @@ TEST(NodeGlypher, GivenANegativeNumberOfPoints_WhenGlyphed_ThenItIsALengthError)
   EXPECT_THROW(glypher->RequestData(nullptr, input_vectors, output), std::length_error);
 }
 
+TEST(NodeGlypher, GivenTheFilter_WhenARequestIsServed_ThenItSaysSo) {
+  vtkNew<OpenGlypher> glypher;
+  auto grid = ten_points();
+  vtkNew<vtkUnstructuredGrid> empty;
+  for (vtkUnstructuredGrid* input : {grid.Get(), empty.Get()}) {
+    vtkNew<vtkPolyData> result;
+    vtkNew<vtkInformation> input_information;
+    input_information->Set(vtkDataObject::DATA_OBJECT(), input);
+    vtkNew<vtkInformationVector> inputs;
+    inputs->Append(input_information);
+    vtkNew<vtkInformation> output_information;
+    output_information->Set(vtkDataObject::DATA_OBJECT(), result);
+    vtkNew<vtkInformationVector> output;
+    output->Append(output_information);
+    vtkInformationVector* input_vectors[] = {inputs.Get()};
+    EXPECT_EQ(glypher->RequestData(nullptr, input_vectors, output), 1);
+    EXPECT_EQ(result->GetNumberOfCells(), input->GetNumberOfPoints());
+  }
+}
+
 TEST(NodeGlypher, GivenTheFilter_WhenAskedForItsInput_ThenItIsAPointSet) {
   vtkNew<OpenGlypher> glypher;
   vtkNew<vtkInformation> information;

@@ -75,12 +75,17 @@ TEST(NodePointTable, GivenNumbersThatWouldOverflow_WhenStarted_ThenPagesStartAfr
   EXPECT_EQ(ask(table, 5), (Answer{0, false}));
 }
 
-TEST(NodePointTable, GivenManyScatteredPages_WhenFinished_ThenTheNextNumberingIsStillRight) {
+TEST(NodePointTable, GivenPages_WhenANumberingEnds_ThenTheyAreKeptUnlessThereAreVeryMany) {
   NodePointTable table;
-  table.start(10000);
-  for (std::uint32_t page = 0; page < 5000; ++page)
-    EXPECT_EQ(ask(table, page << 12), (Answer{page, true}));
-  table.finish();
+  EXPECT_EQ(table.page_count(), 0u);
+  for (const std::uint32_t pages : {3u, 4096u, 4097u}) {
+    table.start(10000);
+    for (std::uint32_t page = 0; page < pages; ++page)
+      EXPECT_EQ(ask(table, page << 12), (Answer{page, true}));
+    EXPECT_EQ(table.page_count(), pages);
+    table.finish();
+    EXPECT_EQ(table.page_count(), pages <= 4096 ? pages : 0);
+  }
   table.start(10);
   EXPECT_EQ(ask(table, 0), (Answer{0, true}));
   EXPECT_EQ(ask(table, 1u << 12), (Answer{1, true}));
