@@ -4,18 +4,20 @@
 
 #include <vtkPolyDataAlgorithm.h>
 
-/// Extracts the edges of a data set's two-dimensional cells, each once, as lines: element edges only, never those of a
-/// tessellation; a quadratic edge becomes two segments. Points and cells come in the order in which the cells meet
-/// them. All point data pass; an edge gets the cell data of the first cell that has it.
+/// Extracts the edges of a data set's two-dimensional cells, each once, as lines of two points: element edges only,
+/// never those of a tessellation; a quadratic edge becomes two lines. Edges come in the order in which the cells meet
+/// them, with the cell data of the first cell that has them; global ids of cells stay behind. The output shares the
+/// points of a point set, used or not, with all point data. Cells whose connectivity leaves the data set are left out.
 class ORBEL_BASE_API GExtractEdges : public vtkPolyDataAlgorithm {
 public:
   /// Makes the filter, both options off.
   static GExtractEdges* New();
   vtkTypeMacro(GExtractEdges, vtkPolyDataAlgorithm)
 
-  /// Whether one-dimensional cells pass too. Off at first; moves no time stamp, so set it before the first update.
+  /// Whether one-dimensional cells pass too, as lines of two points. A line that coincides with an edge is drawn once,
+  /// with the data of whichever cell comes first. Off at first; moves no time stamp, so set it before the first update.
   void pass_lines(bool on);
-  /// Whether zero-dimensional cells pass too. Off at first; moves no time stamp, so set it before the first update.
+  /// Whether zero-dimensional cells pass too, as they are. Off at first; moves no time stamp, so set it before the first update.
   void pass_vertices(bool on);
 
 protected:

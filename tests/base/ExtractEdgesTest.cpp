@@ -272,6 +272,68 @@ TEST(ExtractEdges, GivenPolyDataOfAllParts_WhenExtracted_ThenCellDataFollowItsOw
   EXPECT_EQ(out->GetValue(out->GetNumberOfTuples() - 1), 30);
 }
 
+TEST(ExtractEdges, GivenConnectivityThatLeavesTheDataSet_WhenExtracted_ThenThatCellAloneIsLeftOut) {
+  for (const auto& [type, wrong] : std::vector<std::pair<int, vtkIdType>>{{VTK_TRIANGLE, 6},
+                                                                          {VTK_QUAD, -1},
+                                                                          {VTK_POLYGON, 1000000},
+                                                                          {VTK_LINE, 6},
+                                                                          {VTK_VERTEX, -5},
+                                                                          {VTK_QUADRATIC_TRIANGLE, 7},
+                                                                          {VTK_LAGRANGE_TRIANGLE, 9}}) {
+    SCOPED_TRACE(type);
+    vtkNew<vtkUnstructuredGrid> grid;
+    vtkNew<vtkPoints> points;
+    for (int i = 0; i < 6; ++i)
+      points->InsertNextPoint(i, i * i, 0);
+    grid->SetPoints(points);
+    const vtkIdType bad[6] = {0, wrong, 2, 3, 4, 5};
+    const int counts[] = {type == VTK_TRIANGLE ? 3 : type == VTK_QUAD ? 4 : type == VTK_LINE ? 2 : 6};
+    grid->InsertNextCell(type, type == VTK_VERTEX ? 1 : counts[0], type == VTK_VERTEX ? bad + 1 : bad);
+    const vtkIdType good[3] = {1, 2, 3};
+    grid->InsertNextCell(VTK_TRIANGLE, 3, good);
+    const auto edges = extract(grid, {true, true});
+    EXPECT_EQ(cells_of(edges->GetLines()), (std::vector<std::vector<vtkIdType>>{{1, 2}, {2, 3}, {3, 1}}));
+    EXPECT_EQ(edges->GetNumberOfVerts(), 0);
+  }
+}
+
+TEST(ExtractEdges, GivenRarerCellsOfTwoDimensions_WhenExtracted_ThenTheEdgesAreThoseOfVtksOwn) {
+  const std::vector<std::pair<int, int>> kinds = {{VTK_PIXEL, 4},
+                                                  {VTK_TRIANGLE_STRIP, 6},
+                                                  {VTK_QUADRATIC_LINEAR_QUAD, 6},
+                                                  {VTK_QUADRATIC_POLYGON, 10},
+                                                  {VTK_LAGRANGE_TRIANGLE, 10},
+                                                  {VTK_LAGRANGE_QUADRILATERAL, 9},
+                                                  {VTK_BIQUADRATIC_TRIANGLE, 7}};
+  for (const auto& kind : kinds) {
+    SCOPED_TRACE(kind.first);
+    const auto grid = random_grid(static_cast<unsigned>(kind.first), {kind, {VTK_QUAD, 4}}, 6);
+    vtkNew<vtkExtractEdges> stock;
+    stock->UseAllPointsOn();
+    stock->SetInputData(grid);
+    stock->Update();
+    const auto ours = extract(grid);
+    ASSERT_GT(ours->GetNumberOfLines(), 20);
+    EXPECT_EQ(cells_of(ours->GetLines()), cells_of(stock->GetOutput()->GetLines()));
+  }
+}
+
+TEST(ExtractEdges, GivenManyEdgesAtOnePoint_WhenExtracted_ThenEachComesOnce) {
+  // A fan round point 0, each triangle twice: more edges at one point than it has places for.
+  vtkNew<vtkPolyData> fan;
+  vtkNew<vtkPoints> points;
+  vtkNew<vtkCellArray> polys;
+  constexpr int kRim = 50;
+  for (int i = 0; i <= kRim; ++i)
+    points->InsertNextPoint(i, i * i, 0);
+  for (int pass = 0; pass < 2; ++pass)
+    for (int i = 1; i <= kRim; ++i)
+      polys->InsertNextCell({0, i, i % kRim + 1});
+  fan->SetPoints(points);
+  fan->SetPolys(polys);
+  EXPECT_EQ(extract(fan)->GetNumberOfLines(), 2 * kRim);
+}
+
 TEST(ExtractEdges, GivenNarrowAndWideConnectivity_WhenExtracted_ThenTheEdgesAreTheSame) {
   const auto grid = random_grid(5, all_types, 50);
   grid->GetCells()->ConvertTo64BitStorage();

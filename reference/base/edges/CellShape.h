@@ -10,6 +10,9 @@ enum class CellShape {
   QuadraticChain, ///< end points, then the middle
   Loop,           ///< a polygon
   QuadraticLoop,  ///< corners, then the middle of each side, then perhaps points inside
+  Pixel,          ///< a rectangle in the order of rows
+  Strip,          ///< a triangle strip: its outline
+  LinearSides,    ///< a quadrilateral of which two opposite sides have a middle
   Other,          ///< the cell itself has to be asked
 };
 
@@ -33,6 +36,12 @@ inline CellShape shape_of(int cell_type) {
   case VTK_BIQUADRATIC_QUAD:
   case VTK_QUADRATIC_POLYGON:
     return CellShape::QuadraticLoop;
+  case VTK_PIXEL:
+    return CellShape::Pixel;
+  case VTK_TRIANGLE_STRIP:
+    return CellShape::Strip;
+  case VTK_QUADRATIC_LINEAR_QUAD:
+    return CellShape::LinearSides;
   case VTK_EMPTY_CELL:
   case VTK_TETRA:
   case VTK_VOXEL:
