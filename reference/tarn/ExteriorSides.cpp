@@ -50,37 +50,32 @@ private:
   std::vector<std::uint64_t> nodes_;
 };
 
-bool all_differ(const Node* corners, int count) {
-  bool differ = corners[0] != corners[1] && corners[1] != corners[2] && corners[2] != corners[0];
-  if (count == 4) differ = differ && corners[3] != corners[0] && corners[3] != corners[1] && corners[3] != corners[2];
-  return differ;
+bool all_differ(const ExteriorSides::Corners& corners) {
+  const Node* const at = corners.nodes;
+  return at[0] != at[1] && at[1] != at[2] && at[2] != at[0] && at[3] != at[0] && at[3] != at[1] && at[3] != at[2];
 }
 
-/// How many different nodes there are, and the sum of the mixes of these.
-struct DistinctCorners {
-  int count = 0;
-  std::uint64_t key = 0;
-};
-
-DistinctCorners distinct_corners(const Node* corners, int count) {
-  DistinctCorners distinct;
-  for (int i = 0; i < count; ++i) {
-    if (std::find(corners, corners + i, corners[i]) != corners + i) continue;
-    ++distinct.count;
-    distinct.key += mixed(corners[i].value);
+/// Leaves repeated corners out of the key; gives the number of different ones.
+int merge_repeated(ExteriorSides::Corners& corners) {
+  int distinct = 0;
+  corners.key = 0;
+  const Node* const first = corners.nodes;
+  for (const Node* node = first; node != first + corners.count; ++node) {
+    if (std::find(first, node, *node) != node) continue;
+    ++distinct;
+    corners.key += mixed(node->value);
   }
   return distinct;
 }
 
-bool all_among(const Node* some, int count, const Node* corners, int corner_count) {
-  return std::all_of(some, some + count, [=](Node node) {
-    return std::find(corners, corners + corner_count, node) != corners + corner_count;
-  });
+bool all_among(const ExteriorSides::Corners& some, const ExteriorSides::Corners& corners) {
+  const Node* const end = corners.nodes + corners.count;
+  return std::all_of(some.nodes, some.nodes + some.count,
+                     [&corners, end](Node node) { return std::find(corners.nodes, end, node) != end; });
 }
 
-bool is_same_side(const ExteriorSides::Candidate& a, const ExteriorSides::Candidate& b) {
-  return a.key == b.key && all_among(a.corners, a.corner_count, b.corners, b.corner_count) &&
-         all_among(b.corners, b.corner_count, a.corners, a.corner_count);
+bool is_same_side(const ExteriorSides::Corners& a, const ExteriorSides::Corners& b) {
+  return a.key == b.key && all_among(a, b) && all_among(b, a);
 }
 
 // Kinds whose solids share nodes with many others need fewer slots.
@@ -107,14 +102,14 @@ ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>&
 
 void ExteriorSides::cover(const Node* corners, int count) {
   if (words_.empty()) return;
-  Candidate shell;
-  std::copy_n(corners, count, shell.corners);
-  shell.corner_count = static_cast<unsigned char>(count);
-  shell.key = distinct_corners(corners, count).key;
+  Corners shell{};
+  std::copy_n(corners, count, shell.nodes);
+  shell.count = count;
+  merge_repeated(shell);
   const std::uint64_t slot = slot_of_(std::min_element(corners, corners + count)->value);
   if (states_[slot] != Listed) return;
   for (auto at = static_cast<std::uint32_t>(words_[slot]); at != no_candidate; at = candidates_[at].next)
-    if (is_same_side(candidates_[at], shell)) candidates_[at].is_exterior = false;
+    if (is_same_side(candidates_[at].corners, shell)) candidates_[at].is_exterior = false;
 }
 
 template <class Call> void ExteriorSides::for_kind(ElementType type, Call call) {
@@ -216,38 +211,36 @@ void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list,
         const std::uint64_t slot = slot_of_(smallest[side]);
         // No side has a null corner.
         if (states_[slot] == Closed || smallest[side] == 0) continue;
-        Candidate candidate;
-        candidate.corner_count = shape.sides[side].corner_count;
-        for (int corner = 0; corner < candidate.corner_count; ++corner)
-          candidate.corners[corner].value = corners[shape.sides[side].nodes[corner]];
-        candidate.key = keys[side];
-        candidate.solid = solid;
-        candidate.side = static_cast<unsigned char>(side);
-        list_side(slot, candidate);
+        Corners found{};
+        found.count = shape.sides[side].corner_count;
+        found.key = keys[side];
+        for (int corner = 0; corner < found.count; ++corner)
+          found.nodes[corner].value = corners[shape.sides[side].nodes[corner]];
+        list_side(slot, found, solid, side);
       }
     }
   });
 }
 
-void ExteriorSides::list_side(std::uint64_t slot, Candidate& side) {
-  if (!all_differ(side.corners, side.corner_count)) {
-    const DistinctCorners distinct = distinct_corners(side.corners, side.corner_count);
-    if (distinct.count < 3) return;
-    side.key = distinct.key;
-  }
+void ExteriorSides::list_side(std::uint64_t slot, Corners corners, std::uint32_t solid, int side) {
+  if (!all_differ(corners) && merge_repeated(corners) < 3) return;
   if (states_[slot] == Open) {
     states_[slot] = Listed;
     words_[slot] = no_candidate;
   }
-  side.is_exterior = true;
-  side.next = static_cast<std::uint32_t>(words_[slot]);
-  for (std::uint32_t at = side.next; at != no_candidate; at = candidates_[at].next) {
-    if (!is_same_side(candidates_[at], side)) continue;
+  const auto first = static_cast<std::uint32_t>(words_[slot]);
+  for (std::uint32_t at = first; at != no_candidate; at = candidates_[at].next) {
+    if (!is_same_side(candidates_[at].corners, corners)) continue;
     candidates_[at].is_exterior = false;
     return;
   }
   words_[slot] = candidates_.size();
-  candidates_.push_back(side);
+  Candidate& listed = *candidates_.append(1);
+  listed.corners = corners;
+  listed.solid = solid;
+  listed.next = first;
+  listed.side = side;
+  listed.is_exterior = true;
 }
 
 } // namespace Tarn

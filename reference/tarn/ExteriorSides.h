@@ -19,15 +19,19 @@ class MeshData;
 /// a layer below the skin, are then compared corner by corner.
 class ExteriorSides {
 public:
+  /// What a side is known by.
+  struct Corners {
+    Handle<0> nodes[4]; ///< in the side's order; of a triangle the last is null
+    int count;          ///< 3 or 4
+    std::uint64_t key;  ///< sum of the mixes of the distinct corners
+  };
   /// A side at an open corner.
   struct Candidate {
-    Handle<0> corners[4];       ///< in the side's order
-    std::uint64_t key;          ///< mix of the distinct corners
-    std::uint32_t solid;        ///< which solid, counted through all lists
-    std::uint32_t next;         ///< the next candidate with the same word
-    unsigned char side;         ///< which side of it
-    unsigned char corner_count; ///< 3 or 4
-    bool is_exterior;           ///< false once another solid has it, or a shell covers it
+    Corners corners;
+    std::uint32_t solid; ///< which solid, counted through all lists
+    std::uint32_t next;  ///< the next candidate with the same word
+    int side;            ///< which side of it
+    bool is_exterior;    ///< false once another solid has it, or a shell covers it
   };
 
   /// Looks at all solids; `lists` holds no solid twice, and is borrowed for the call.
@@ -44,7 +48,7 @@ private:
   template <ElementType Type> void toggle_sides(MeshData& database, const ElementRuns& list);
   void mark_open_slots();
   template <ElementType Type> void list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid);
-  void list_side(std::uint64_t slot, Candidate& side);
+  void list_side(std::uint64_t slot, Corners corners, std::uint32_t solid, int side);
   template <class Call> static void for_kind(ElementType type, Call call);
 
   /// Which word belongs to a node.

@@ -185,7 +185,7 @@ void MeshSkinner::Private::add_solids(const ElementRuns& list, std::uint64_t fir
     solid.move_to(side->solid - first);
     solid_nodes.move_to(solid.element());
     const int node_count = add_side_nodes(shape, side->side, solid_nodes);
-    sides.push_back({side->corner_count, node_count, nullptr, solid.element(), solid.position()});
+    sides.push_back({side->corners.count, node_count, nullptr, solid.element(), solid.position()});
   }
 }
 
