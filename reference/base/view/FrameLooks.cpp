@@ -1,6 +1,7 @@
 #include "reference/base/view/FrameLooks.h"
 
 #include "platform/base/GModel.h"
+#include "reference/base/view/SlopeOffset.h"
 
 #include <vtkActor.h>
 #include <vtkInformation.h>
@@ -10,6 +11,8 @@
 #include <vtkPropCollection.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -50,6 +53,7 @@ void FrameLooks::put_on(vtkRenderer* renderer, const std::vector<vtkActor*>& par
   const bool on_screen = !renderer->GetRenderWindow()->GetOffScreenRendering();
   renderer->SetUseFXAA(renderer_.fxaa && on_screen && pass == Pass::Picture);
 
+  push_surfaces_back(parts, pass);
   if (pass == Pass::Depth) hide_what_has_no_depth(renderer);
   for (vtkActor* actor : parts) {
     if (!actor->GetVisibility()) continue;
@@ -87,6 +91,18 @@ void FrameLooks::keep(vtkRenderer* renderer) {
   renderer_.peels = renderer->GetMaximumNumberOfPeels();
   renderer_.occlusion_ratio = renderer->GetOcclusionRatio();
   renderer_.fxaa = renderer->GetUseFXAA();
+}
+
+// As far as the lines and points in front are wide, so that none of their pixels sinks in. Not when the depth itself is
+// wanted.
+void FrameLooks::push_surfaces_back(const std::vector<vtkActor*>& parts, Pass pass) {
+  double reach = 0.0;
+  if (pass == Pass::Picture) {
+    for (vtkActor* actor : parts)
+      reach = std::max(reach, scale_ * reach_of_lines_and_points(actor));
+  }
+  for (vtkActor* actor : parts)
+    set_slope_offset(actor, reach);
 }
 
 // Flat props write the nearest depth, what cannot be picked must not hide what can, and translucent props write none.

@@ -57,6 +57,7 @@ private:
   };
 
   void keep(vtkRenderer* renderer);
+  void push_surfaces_back(const std::vector<vtkActor*>& parts, Pass pass);
   void hide_what_has_no_depth(vtkRenderer* renderer);
   void dress_for_picture(vtkRenderer* renderer, vtkActor* actor);
   void dress_for_depth(vtkActor* actor);

@@ -1,7 +1,6 @@
 #include "reference/base/view/ModelState.h"
 
 #include "platform/base/GView.h"
-#include "reference/base/view/SlopeOffset.h"
 #include "reference/base/view/Stage.h"
 
 #include <vtkRenderer.h>
@@ -43,9 +42,6 @@ void GModel::Private::show_part(GView* view, std::uint64_t serial) {
 
   if (alive.expired() || !hooked || !parts.count(serial) || !Stage::instance().is_open(view)) return;
   if (!self->view_props_[view].emplace(part.data, props).second) return;
-  for (const auto& prop : props) {
-    if (!prop) continue;
-    add_slope_offset(prop);
-    view->renderer()->AddViewProp(prop);
-  }
+  for (const auto& prop : props)
+    if (prop) view->renderer()->AddViewProp(prop);
 }

@@ -1,8 +1,16 @@
 #pragma once
 
-class vtkProp;
+class vtkActor;
 
-/// Makes the relative polygon offset of the prop's mapper act in full. VTK 9.1 applies the units of an offset but not
-/// its factor, and a constant that hides no gap at a grazing angle would let hidden edges through elsewhere: the depth
-/// of a surface must give way by its slope. Nothing for props without an offset.
-void add_slope_offset(vtkProp* prop);
+// Keeps lines and points whole on surfaces that are seen at an angle. A line's pixels lie up to half its width beside
+// the line, where a slanting surface may be nearer than the line is: the surface has to be pushed back by its own
+// slope. VTK 9.1 takes the factor of a polygon offset but its shaders use the constant part only, so the slope is put
+// into the shader here.
+
+/// How many pixels the actor's lines reach to either side, or its points, of which one pixel counts at most; 0 for
+/// surfaces and hidden actors.
+double reach_of_lines_and_points(vtkActor* actor);
+
+/// Pushes the actor's polygons back by their depth slope over that many pixels, times the factor of its mapper's
+/// relative polygon offset. Does nothing to actors whose factor is 0.
+void set_slope_offset(vtkActor* actor, double pixels);
