@@ -96,6 +96,14 @@ void add_output_options(OptionAdder& add, Options& options) {
   add.flag("--verbose", options.verbose, "Tell on standard error what is being done, and how long it took.");
 }
 
+// Not in --help: for scripts that start the viewer and do not know its other options.
+void add_options_of_scripts(OptionAdder& add, Options& options, bool& sample_if_no_file) {
+  add.group("");
+  add.flag("--sample-if-no-file", sample_if_no_file, "As --sample where there is no FILE.");
+  add.value("--picture-if-no-display", "FILE.png", "As --output where a window was asked for and cannot open.",
+            [&](const std::string& text) { options.picture_if_no_display = parse_picture_path(text); });
+}
+
 void add_owner_options(OptionAdder& add, Options& options) {
   add.group("Owners (the last three may be repeated)");
   add.value("--group-by", "owner|none", "Owners from the file (owner), or everything under one (none).",
@@ -171,6 +179,7 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
   CommandLine line;
   Options& options = line.options;
   bool list_readers = false;
+  bool sample_if_no_file = false;
   bool opacity_given = false;
   bool mode_given = false;
 
@@ -183,6 +192,7 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
   add_owner_options(add, options);
   add_display_options(add, options.display, opacity_given, mode_given);
   add_camera_options(add, options.camera);
+  add_options_of_scripts(add, options, sample_if_no_file);
   app.set_help_flag("--help,-h", "Print this text.")->group("About");
   app.set_version_flag("--version", version_text, "Print the version.")->group("About");
   app.add_flag("--list-readers", list_readers, "List the file formats and their extensions.")->group("About");
@@ -200,6 +210,7 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
     return line;
   }
 
+  if (sample_if_no_file && options.files.empty()) options.sample = true;
   if (list_readers)
     line.ending = CommandLine::Ending{Done, readers_text(), ""};
   else if (options.files.empty() && !options.sample)

@@ -59,6 +59,7 @@ struct CameraOptions {
 struct Options {
   std::vector<std::string> files;                      ///< mesh files, at least one unless `sample`
   bool sample = false;                                 ///< the built-in sample instead of files
+  std::optional<std::string> picture_if_no_display;    ///< the picture to write where no window can open
   std::optional<std::string> output;                   ///< the picture to write
   std::array<int, 2> resolution{1280, 720};            ///< width and height of picture or window, in pixels
   bool info = false;                                   ///< whether to describe the mesh on standard output

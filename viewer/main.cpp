@@ -85,8 +85,11 @@ void print(const std::string& text) {
   if (!std::cout) throw Failure{"cannot write to standard output"};
 }
 
+// Whether nothing is wanted but output, so that no window opens.
+bool is_without_window(const Options& options) { return options.output || options.info; }
+
 void run(const Options& options) {
-  const bool is_batch = options.output || options.info;
+  const bool is_batch = is_without_window(options);
   const bool draws = options.output || !is_batch;
   if (options.output) {
     const std::string reason = why_not_writable(*options.output);
@@ -118,9 +121,17 @@ void run(const Options& options) {
   if (!is_batch) ViewerWindow(scene, options, joined(files.paths)).run();
 }
 
+// A picture takes the window's place where the caller foresaw that none can open.
+void run_with_or_without_display(Options options) {
+  const bool needs_picture = options.picture_if_no_display && !is_without_window(options) && !display_is_usable();
+  if (needs_picture) options.output = options.picture_if_no_display;
+  run(options);
+  if (needs_picture) tell("no display to open a window on; the picture is in " + *options.output);
+}
+
 int run_or_say_why(const Options& options) {
   try {
-    run(options);
+    run_with_or_without_display(options);
     return Done;
   } catch (const Failure& failure) {
     tell(failure.text);

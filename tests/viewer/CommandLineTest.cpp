@@ -162,9 +162,11 @@ TEST(CommandLine, GivenEveryOption_WhenParsed_ThenTheirValues) {
                             "--parallel",
                             "m.vtu"});
   ASSERT_FALSE(line.ending.has_value()) << line.ending->error;
-  const auto& [files, sample, output, resolution, info, group_by, verbose, display, owners, camera] = line.options;
+  const auto& [files, sample, picture_if_no_display, output, resolution, info, group_by, verbose, display, owners,
+               camera] = line.options;
   EXPECT_THAT(files, testing::ElementsAre("m.vtu"));
   EXPECT_FALSE(sample);
+  EXPECT_FALSE(picture_if_no_display.has_value());
   EXPECT_EQ(output, "a.png");
   EXPECT_THAT(resolution, testing::ElementsAre(10, 20));
   EXPECT_TRUE(info);
@@ -189,6 +191,19 @@ TEST(CommandLine, GivenEveryOption_WhenParsed_ThenTheirValues) {
   EXPECT_EQ(camera.view, viewer::ViewFrom::MinusZ);
   EXPECT_EQ(camera.zoom, 3);
   EXPECT_TRUE(camera.parallel);
+}
+
+TEST(CommandLine, GivenTheOptionsOfScripts_WhenParsed_ThenTheyActOnlyWhereNothingElseWasAskedFor) {
+  const auto bare = parsed({"--sample-if-no-file", "--picture-if-no-display=a.png"});
+  ASSERT_FALSE(bare.ending.has_value()) << bare.ending->error;
+  EXPECT_TRUE(bare.options.sample);
+  EXPECT_EQ(bare.options.picture_if_no_display, "a.png");
+  EXPECT_FALSE(bare.options.output.has_value());
+
+  const auto with_file = parsed({"--sample-if-no-file", "m.vtu"});
+  ASSERT_FALSE(with_file.ending.has_value()) << with_file.ending->error;
+  EXPECT_FALSE(with_file.options.sample);
+  EXPECT_THAT(run_orbel_view({"--help"}).out, testing::Not(HasSubstr("-if-no-")));
 }
 
 TEST(CommandLine, GivenValuesApartFromTheirOptions_WhenTheyBeginWithADash_ThenTheyAreValues) {
