@@ -27,6 +27,20 @@ std::uint64_t mixed(std::uint64_t node) {
 std::uint64_t sum(std::uint64_t a, std::uint64_t b) { return a + b; }
 std::uint64_t smaller(std::uint64_t a, std::uint64_t b) { return a < b ? a : b; }
 
+/// What there is to know of all sides of a solid at once.
+template <ElementType Type> struct SideKeys {
+  using Fold = SideFold<Type>;
+  std::uint64_t keys[Fold::sides];     ///< sums of the corners' mixes
+  std::uint64_t smallest[Fold::sides]; ///< smallest corners
+
+  explicit SideKeys(const std::uint64_t* corners) {
+    std::uint64_t mixes[Fold::corners];
+    std::transform(corners, corners + Fold::corners, mixes, mixed);
+    Fold::fold(mixes, sum, keys);
+    Fold::fold(corners, smaller, smallest);
+  }
+};
+
 /// The corners of a chunk of elements.
 class ChunkCorners {
 public:
@@ -53,6 +67,15 @@ private:
 bool all_differ(const ExteriorSides::Corners& corners) {
   const Node* const at = corners.nodes;
   return at[0] != at[1] && at[1] != at[2] && at[2] != at[0] && at[3] != at[0] && at[3] != at[1] && at[3] != at[2];
+}
+
+ExteriorSides::Corners corners_of(const SideShape& side, const std::uint64_t* solid_corners, std::uint64_t key) {
+  ExteriorSides::Corners corners{};
+  corners.count = side.corner_count;
+  corners.key = key;
+  for (int corner = 0; corner < corners.count; ++corner)
+    corners.nodes[corner].value = solid_corners[side.nodes[corner]];
+  return corners;
 }
 
 /// Leaves repeated corners out of the key; gives the number of different ones.
@@ -163,15 +186,9 @@ template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database,
     std::uint64_t* const words = words_.data();
     for (std::size_t i = 0; i < count; ++i) {
       if (!nodes.is_known(i)) continue;
-      const std::uint64_t* const corners = nodes.of(i);
-      std::uint64_t mixes[Fold::corners];
-      std::uint64_t keys[Fold::sides];
-      std::uint64_t smallest[Fold::sides];
-      std::transform(corners, corners + Fold::corners, mixes, mixed);
-      Fold::fold(mixes, sum, keys);
-      Fold::fold(corners, smaller, smallest);
+      const SideKeys<Type> sides(nodes.of(i));
       for (int side = 0; side < Fold::sides; ++side)
-        words[slot_of(smallest[side])] ^= keys[side];
+        words[slot_of(sides.smallest[side])] ^= sides.keys[side];
     }
   });
 }
@@ -201,22 +218,12 @@ void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list,
       for (int corner = 0; corner < Fold::corners; ++corner)
         any |= states[slot_of(corners[corner])];
       if (any == Closed || !nodes.is_known(i)) continue;
-      std::uint64_t mixes[Fold::corners];
-      std::uint64_t keys[Fold::sides];
-      std::uint64_t smallest[Fold::sides];
-      std::transform(corners, corners + Fold::corners, mixes, mixed);
-      Fold::fold(mixes, sum, keys);
-      Fold::fold(corners, smaller, smallest);
+      const SideKeys<Type> sides(corners);
       for (int side = 0; side < Fold::sides; ++side) {
-        const std::uint64_t slot = slot_of_(smallest[side]);
+        const std::uint64_t slot = slot_of(sides.smallest[side]);
         // No side has a null corner.
-        if (states_[slot] == Closed || smallest[side] == 0) continue;
-        Corners found{};
-        found.count = shape.sides[side].corner_count;
-        found.key = keys[side];
-        for (int corner = 0; corner < found.count; ++corner)
-          found.nodes[corner].value = corners[shape.sides[side].nodes[corner]];
-        list_side(slot, found, solid, side);
+        if (states_[slot] == Closed || sides.smallest[side] == 0) continue;
+        list_side(slot, corners_of(shape.sides[side], corners, sides.keys[side]), solid, side);
       }
     }
   });
