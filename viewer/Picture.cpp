@@ -2,6 +2,7 @@
 
 #include "platform/base/GView.h"
 #include "viewer/Camera.h"
+#include "viewer/Messages.h"
 #include "viewer/Scene.h"
 
 #include <vtkImageData.h>
@@ -50,6 +51,12 @@ std::string write_bytes(const std::string& path, const unsigned char* bytes, std
   return reason;
 }
 
+// VTK's text tells source file and object first: what a user can use comes last.
+std::string message_of(const std::string& error) {
+  const std::size_t address = error.find("): ");
+  return address == std::string::npos ? error : error.substr(address + 3);
+}
+
 } // namespace
 
 std::string why_not_writable(const std::string& path) {
@@ -73,8 +80,10 @@ std::string write_picture(Scene& scene, const Options& options) {
   options.display.background.to_rgb(background);
   view.renderer()->SetBackground(background);
   point_camera(view.renderer(), scene.visible_points(), options.camera);
+  take_errors();
   view.render();
-  return write_png(window, *options.output);
+  const auto errors = take_errors();
+  return errors.empty() ? write_png(window, *options.output) : message_of(errors.front());
 }
 
 } // namespace viewer

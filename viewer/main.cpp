@@ -9,7 +9,6 @@
 #include "viewer/VirtualDisplay.h"
 
 #include <chrono>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -72,7 +71,13 @@ MeshFiles open_files(const Options& options) {
 void choose_owners(Scene& scene, const Options& options, const std::string& what) {
   const std::string unknown = scene.show_owners(options.owners);
   if (!unknown.empty()) throw Failure{what + ": " + unknown_owner(unknown, scene.owners())};
-  scene.set_display(options.display);
+}
+
+std::vector<std::string> hidden_owners(const Scene& scene) {
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < scene.owners().size(); ++i)
+    if (!scene.is_visible(i)) names.push_back("'" + scene.owners()[i].name + "'");
+  return names;
 }
 
 void draw(Scene& scene, const Options& options) {
@@ -106,6 +111,7 @@ void run(const Options& options) {
   Scene scene(*files.database, options.display);
   choose_owners(scene, options, joined(files.paths));
   watch.step("owners");
+  if (options.verbose) tell("hidden: " + joined(hidden_owners(scene)));
 
   if (options.output) {
     draw(scene, options);

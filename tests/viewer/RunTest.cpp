@@ -187,6 +187,7 @@ TEST_F(Displays, GivenVerbose_WhenRun_ThenStepsAndTimesOnStandardErrorOnly) {
                 verbose = run_orbel_view({"--info", "--verbose", mesh("four_kinds.e")});
   EXPECT_EQ(quiet.err, "");
   EXPECT_EQ(verbose.out, quiet.out);
+  EXPECT_THAT(verbose.err, HasSubstr("orbel_view: hidden: 'side set 1', 'side set 2', 'side set 3', "));
   EXPECT_THAT(verbose.err, testing::ContainsRegex("orbel_view: read .*four_kinds.e: [0-9.e-]+ s\n"));
 }
 
