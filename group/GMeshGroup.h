@@ -94,7 +94,8 @@ public:
   /// `GMeshModel::update_mesh_transformed`.
   void set_cell_color_array(const std::vector<TovanColor>& node_colors,
                             const std::array<std::vector<TovanColor>, 10>& element_colors);
-  /// Colours per node; nodes without one take the single colour. Shows when `set_cell_color_array` would.
+  /// Colours per node; nodes without one take the single colour. Shows when `set_cell_color_array` would. How the model
+  /// draws a surface is settled when its mesh is shown: hide the mesh before and show it after to have it drawn smooth.
   void set_vertex_color_array(const std::map<Tarn::Handle<0>, TovanColor>& colors);
 
   /// Leaves out what lies beyond the plane (shared; null for none). A plane that is moved in place is noticed at the

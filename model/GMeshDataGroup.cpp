@@ -4,6 +4,16 @@
 
 #include <vtkPolyData.h>
 
+namespace {
+
+vtkPolyData* edge_data(GMeshGroup& group, bool wire) { return wire ? group.get_wire_data() : group.get_edge_data(); }
+
+vtkPolyData* node_data(GMeshGroup& group, bool wire) {
+  return wire ? group.get_wire_node_data() : group.get_node_data();
+}
+
+} // namespace
+
 GMeshDataGroup::GMeshDataGroup(bool wire) : wire_(wire) {
   for (int part = 0; part < 3; ++part)
     data_objects_.push_back(vtkSmartPointer<vtkMultiBlockDataSet>::New());
@@ -30,8 +40,8 @@ void GMeshDataGroup::do_update() {
     blocks->SetNumberOfBlocks(count);
   for (unsigned int i = 0; i < count; ++i) {
     auto* group = dynamic_cast<GMeshGroup*>(groups[i]);
-    surfaces->SetBlock(i, group->get_tri_data());
-    edges->SetBlock(i, wire_ ? group->get_wire_data() : group->get_edge_data());
-    nodes->SetBlock(i, wire_ ? group->get_wire_node_data() : group->get_node_data());
+    surfaces->SetBlock(i, group ? group->get_tri_data() : nullptr);
+    edges->SetBlock(i, group ? edge_data(*group, wire_) : nullptr);
+    nodes->SetBlock(i, group ? node_data(*group, wire_) : nullptr);
   }
 }

@@ -14,7 +14,7 @@ public:
   GDataGroup* new_instance() override;
   /// Changes the form and marks the group, also when it had that form already.
   void set_wire(bool on);
-  /// Asks each member for its data.
+  /// Asks each member for its data. Members that are no mesh groups have null blocks.
   void do_update() override;
 
 private:

@@ -12,6 +12,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace Tarn {
@@ -201,6 +202,7 @@ private:
   std::unique_ptr<GMeshDataGroup> vertex_color_data_group_;
   std::unique_ptr<GMeshDataGroup> node_vis_data_group_;
   std::unique_ptr<GMeshDataGroup> scalar_data_group_;
+  std::unordered_map<const GMeshGroup*, GMeshDataGroup*> shown_in_; // the data group that each group in view is in
   vtkSmartPointer<vtkPlane> clipping_plane_;
   vtkNew<vtkProperty> surface_flat_;
   vtkNew<vtkProperty> surface_smooth_;

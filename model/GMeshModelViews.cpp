@@ -257,7 +257,9 @@ GMeshDataGroup* GMeshModel::data_group_of(GMeshGroup* group) const {
 void GMeshModel::add_mesh_group(GMeshGroup* group) {
   const bool line_color_unset = line_color_ == kNoColor;
   const bool flat = group->get_color_type() != GMeshGroup::VertexColors;
-  const BlockList blocks = data_group_of(group)->add_entity(group);
+  GMeshDataGroup* const data_group = data_group_of(group);
+  shown_in_[group] = data_group;
+  const BlockList blocks = data_group->add_entity(group);
   if (blocks.empty()) return; // the parts exist and will show the new member at their next update
   add_part(blocks[SurfacePart],
            [this, flat](vtkDataObject* data, GView* view) { return create_mesh_tri_view(data, view, flat); });
@@ -272,6 +274,11 @@ void GMeshModel::add_mesh_group(GMeshGroup* group) {
 }
 
 void GMeshModel::remove_mesh_group(GMeshGroup* group) {
-  for (const auto& blocks : data_group_of(group)->remove_entity(group))
+  // The one that it entered: what selects the data group may have changed since.
+  const auto shown = shown_in_.find(group);
+  if (shown == shown_in_.end()) return;
+  GMeshDataGroup* const data_group = shown->second;
+  shown_in_.erase(shown);
+  for (const auto& blocks : data_group->remove_entity(group))
     remove_part(blocks);
 }

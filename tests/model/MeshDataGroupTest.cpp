@@ -144,4 +144,18 @@ TEST_F(MeshDataGroup, GivenAMemberWhoseContentsChanged_WhenUpdated_ThenThePartsA
     EXPECT_GT(parts[part]->GetMTime(), before[part]) << "actors would keep their old bounds";
 }
 
+TEST_F(MeshDataGroup, GivenAMemberThatIsNoMeshGroup_WhenUpdated_ThenItsBlocksAreNull) {
+  class Stranger : public GDataGroupEntity {};
+  Stranger stranger;
+  GMeshDataGroup data_group(false);
+  data_group.add_entity(&stranger);
+  data_group.add_entity(&groups[0]);
+  data_group.update_all(nullptr);
+  for (const auto& part : data_group.all_blocks()) {
+    ASSERT_EQ(part->GetNumberOfBlocks(), 2u);
+    EXPECT_EQ(part->GetBlock(0), nullptr);
+    EXPECT_NE(part->GetBlock(1), nullptr);
+  }
+}
+
 } // namespace

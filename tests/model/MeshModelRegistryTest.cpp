@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -522,6 +523,35 @@ TEST_F(MeshModel, GivenAHiddenMesh_WhenItsNodesAreShown_ThenOnlyTheFlagChangesUn
   model.set_visibility(q.owner, true);
   ASSERT_THAT(model.added, SizeIs(3));
   EXPECT_NE(model.added_data(), plain);
+}
+
+TEST_F(MeshModel, GivenAShownMesh_WhenWhatSelectsItsDataGroupChanges_ThenItCanStillBeHiddenShownAndRemoved) {
+  const std::vector<std::function<void(GMeshGroup&)>> changes = {
+      [](GMeshGroup& group) {
+        group.set_vertex_color_array({{group.get_mesh().nodes.front(), kBlue}});
+      },
+      [](GMeshGroup& group) { group.set_force_scalars(true); },
+      [](GMeshGroup& group) { group.set_node_visibility(true); },
+  };
+  for (const auto& change : changes) {
+    QuadOwner q = quad();
+    q.mesh.nodes = q.block.nodes;
+    model.forget_calls();
+    add(q);
+    const auto entered = model.added_data();
+    change(*model.get_mesh(q.owner));
+    model.set_visibility(q.owner, false);
+    EXPECT_EQ(model.removed, entered) << "it leaves the data group that it is in";
+
+    model.forget_calls();
+    model.set_visibility(q.owner, true);
+    const auto selected = model.added_data();
+    ASSERT_THAT(selected, SizeIs(3));
+    EXPECT_NE(selected, entered);
+    model.get_mesh(q.owner)->set_node_visibility(!model.get_node_vis(q.owner));
+    model.remove_mesh(q.owner);
+    EXPECT_EQ(model.removed, selected);
+  }
 }
 
 TEST_F(MeshModel, GivenAColor_WhenSetByOwner_ThenTheGroupTakesIt) {
