@@ -54,7 +54,8 @@ void MeshDatabase::reserve_elements(ElementType type, int nodes_per_element, Cou
 
 MeshData::Node MeshDatabase::add_nodes(Count count, const double* xyz, const int* ids, SMeshOwnerType* owner) {
   const Count first = d->nodes.size();
-  if (count == 0 || count > NodeLimit - first || !d->is_owner_or_null(owner) || !d->can_take_node_ids(count, ids))
+  if (count == 0 || !xyz || count > NodeLimit - first || !d->is_owner_or_null(owner) ||
+      !d->can_take_node_ids(count, ids))
     return {};
   d->nodes.reserve(count);
   d->nodes.append(count, xyz);
@@ -90,7 +91,7 @@ MeshData::Elem MeshDatabase::add_elements(ElementType type, int nodes_per_elemen
 }
 
 bool MeshDatabase::set_global_ids(Count count, const Elem* elements, const int* ids) {
-  if (!d->are_elements(count, elements)) return false;
+  if (!d->are_elements(count, elements) || (count != 0 && !ids)) return false;
   for (Count i = 0; i < count; ++i)
     d->table_of(elements[i])->set_global_id(index_of(elements[i].value), ids[i]);
   return true;
@@ -100,7 +101,7 @@ bool MeshDatabase::set_global_ids(Elem first, Count count, const int* ids) {
   if (count == 0) return true;
   ElementTable* const table = d->table_of(first);
   const std::uint64_t index = index_of(first.value);
-  if (!table || count > table->size() - index) return false;
+  if (!ids || !table || count > table->size() - index) return false;
   for (Count i = 0; i < count; ++i)
     if (!table->is_alive(index + i)) return false;
   for (Count i = 0; i < count; ++i)
@@ -134,7 +135,7 @@ bool MeshDatabase::add_to_node_set(SMeshOwnerType* set, Count count, const Node*
 }
 
 bool MeshDatabase::move_nodes(Count count, const Node* nodes, const double* xyz) {
-  if (!d->are_nodes(count, nodes)) return false;
+  if (!d->are_nodes(count, nodes) || (count != 0 && !xyz)) return false;
   for (Count i = 0; i < count; ++i)
     std::copy_n(xyz + 3 * i, 3, d->nodes.xyz.data() + 3 * index_of(nodes[i].value));
   return true;

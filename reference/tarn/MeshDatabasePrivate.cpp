@@ -13,11 +13,12 @@ MeshDatabase::Private::Private() { LivingDatabases::enter(&superelements); }
 MeshDatabase::Private::~Private() { LivingDatabases::leave(&superelements); }
 
 bool MeshDatabase::Private::are_nodes(Count count, const Node* list) const {
-  return std::all_of(list, list + count, [this](Node node) { return is_node(node); });
+  return (list || count == 0) && std::all_of(list, list + count, [this](Node node) { return is_node(node); });
 }
 
 bool MeshDatabase::Private::are_elements(Count count, const Elem* list) const {
-  return std::all_of(list, list + count, [this](Elem element) { return table_of(element) != nullptr; });
+  return (list || count == 0) &&
+         std::all_of(list, list + count, [this](Elem element) { return table_of(element) != nullptr; });
 }
 
 MeshData::Count MeshDatabase::Private::implicit_edge_nodes(Elem edge, Index* list) const {
