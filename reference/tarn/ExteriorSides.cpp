@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Tarn {
@@ -16,6 +17,10 @@ using Node = Handle<0>;
 using Elem = Handle<1>;
 
 constexpr std::uint32_t no_candidate = 0xffffffffu;
+constexpr int longest_chain = 64;
+
+// Keys that share an entry are told apart when they are compared.
+std::uint64_t crowded_key(std::uint64_t key) { return key | 1; }
 
 // Null stays null. Two multiplications: sums of neighbouring handles must not be told by the handles' own sum.
 std::uint64_t mixed(std::uint64_t node) {
@@ -55,7 +60,12 @@ public:
     static_assert(sizeof(Node) == sizeof(std::uint64_t) && std::is_standard_layout_v<Node>, "a handle is its value");
     database_.get_connectivity(count, elements, &length, reinterpret_cast<Node*>(nodes_.data()));
   }
-  bool is_known(std::size_t element) const { return nodes_[element * stride_] != 0; }
+  /// Whether the database knows the element.
+  bool is_known(std::size_t element) const { return *of(element) != 0; }
+  /// Whether it has all its corners.
+  bool is_whole(std::size_t element) const {
+    return std::find(of(element), of(element) + stride_, 0u) == of(element) + stride_;
+  }
   const std::uint64_t* of(std::size_t element) const { return nodes_.data() + element * stride_; }
 
 private:
@@ -109,18 +119,19 @@ std::uint64_t expected_nodes(const ElementRuns& list) {
 
 } // namespace
 
-ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists) {
+ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists, std::uint64_t trusted) {
   if (lists.empty()) return;
   choose_slots(database, lists);
   for (const ElementRuns& list : lists)
     for_kind(list.type(), [&](auto type) { toggle_sides<type()>(database, list); });
-  mark_open_slots();
-  std::uint64_t solid = 0;
-  for (const ElementRuns& list : lists) {
-    for_kind(list.type(),
-             [&](auto type) { list_open_sides<type()>(database, list, static_cast<std::uint32_t>(solid)); });
-    solid += list.size();
-  }
+  mark_open_slots(trusted);
+  list_all_open_sides(database, lists);
+  // Sides of solids that turn out to lack a corner may have made those of others vanish.
+  if (lowest_node_ != 0 && !has_border()) return;
+  std::fill(states_.begin(), states_.end(), Open);
+  candidates_.clear();
+  crowded_.clear();
+  list_all_open_sides(database, lists);
 }
 
 void ExteriorSides::cover(const Node* corners, int count) {
@@ -130,9 +141,8 @@ void ExteriorSides::cover(const Node* corners, int count) {
   shell.count = count;
   merge_repeated(shell);
   const std::uint64_t slot = slot_of_(std::min_element(corners, corners + count)->value);
-  if (states_[slot] != Listed) return;
-  for (auto at = static_cast<std::uint32_t>(words_[slot]); at != no_candidate; at = candidates_[at].next)
-    if (is_same_side(candidates_[at].corners, shell)) candidates_[at].is_exterior = false;
+  if (states_[slot] < Listed) return;
+  if (Candidate* const covered = find(slot, shell)) covered->is_exterior = false;
 }
 
 template <class Call> void ExteriorSides::for_kind(ElementType type, Call call) {
@@ -184,23 +194,36 @@ template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database,
     // Copies, which no word written to can be mistaken for.
     const Slots slot_of = slot_of_;
     std::uint64_t* const words = words_.data();
+    std::uint64_t lowest = lowest_node_;
     for (std::size_t i = 0; i < count; ++i) {
       if (!nodes.is_known(i)) continue;
       const SideKeys<Type> sides(nodes.of(i));
       for (int side = 0; side < Fold::sides; ++side)
         words[slot_of(sides.smallest[side])] ^= sides.keys[side];
+      // These two have every corner between them.
+      lowest = std::min({lowest, sides.smallest[Fold::first_half], sides.smallest[Fold::other_half]});
     }
+    lowest_node_ = lowest;
   });
 }
 
-void ExteriorSides::mark_open_slots() {
+void ExteriorSides::mark_open_slots(std::uint64_t trusted) {
   states_.resize(words_.size());
   std::uint64_t open = 0;
   for (std::size_t slot = 0; slot < words_.size(); ++slot) {
-    states_[slot] = words_[slot] != 0 ? Open : Closed;
+    states_[slot] = (words_[slot] & trusted) != 0 ? Open : Closed;
     open += states_[slot];
   }
   candidates_.reserve(2 * open);
+}
+
+void ExteriorSides::list_all_open_sides(MeshData& database, const std::vector<ElementRuns>& lists) {
+  std::uint64_t solid = 0;
+  for (const ElementRuns& list : lists) {
+    for_kind(list.type(),
+             [&](auto type) { list_open_sides<type()>(database, list, static_cast<std::uint32_t>(solid)); });
+    solid += list.size();
+  }
 }
 
 template <ElementType Type>
@@ -217,13 +240,12 @@ void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list,
       unsigned char any = Closed;
       for (int corner = 0; corner < Fold::corners; ++corner)
         any |= states[slot_of(corners[corner])];
-      if (any == Closed || !nodes.is_known(i)) continue;
+      if (any == Closed || !nodes.is_whole(i)) continue;
       const SideKeys<Type> sides(corners);
       for (int side = 0; side < Fold::sides; ++side) {
         const std::uint64_t slot = slot_of(sides.smallest[side]);
-        // No side has a null corner.
-        if (states_[slot] == Closed || sides.smallest[side] == 0) continue;
-        list_side(slot, corners_of(shape.sides[side], corners, sides.keys[side]), solid, side);
+        if (states_[slot] != Closed)
+          list_side(slot, corners_of(shape.sides[side], corners, sides.keys[side]), solid, side);
       }
     }
   });
@@ -235,19 +257,68 @@ void ExteriorSides::list_side(std::uint64_t slot, Corners corners, std::uint32_t
     states_[slot] = Listed;
     words_[slot] = no_candidate;
   }
-  const auto first = static_cast<std::uint32_t>(words_[slot]);
-  for (std::uint32_t at = first; at != no_candidate; at = candidates_[at].next) {
-    if (!is_same_side(candidates_[at].corners, corners)) continue;
-    candidates_[at].is_exterior = false;
+  if (Candidate* const same = find(slot, corners)) {
+    same->is_exterior = false;
+    same->is_odd = !same->is_odd;
     return;
   }
-  words_[slot] = candidates_.size();
+  const auto place = static_cast<std::uint32_t>(candidates_.size());
   Candidate& listed = *candidates_.append(1);
   listed.corners = corners;
   listed.solid = solid;
-  listed.next = first;
   listed.side = side;
   listed.is_exterior = true;
+  listed.is_odd = true;
+  if (states_[slot] == Crowded) {
+    std::uint32_t& first = crowded_.insert(crowded_key(corners.key), no_candidate);
+    listed.next = std::exchange(first, place);
+  } else {
+    listed.next = static_cast<std::uint32_t>(words_[slot]);
+    words_[slot] = place;
+  }
+}
+
+ExteriorSides::Candidate* ExteriorSides::find(std::uint64_t slot, const Corners& corners) {
+  std::uint32_t at = no_candidate;
+  if (states_[slot] == Crowded) {
+    if (const std::uint32_t* const first = crowded_.find(crowded_key(corners.key))) at = *first;
+  } else {
+    at = static_cast<std::uint32_t>(words_[slot]);
+  }
+  int passed = 0;
+  for (; at != no_candidate; at = candidates_[at].next, ++passed)
+    if (is_same_side(candidates_[at].corners, corners)) return &candidates_[at];
+  if (passed > longest_chain && states_[slot] == Listed) spread_chain(slot);
+  return nullptr;
+}
+
+// A node that very many sides share, the hub of a wheel say, would be walked through again for each of them.
+void ExteriorSides::spread_chain(std::uint64_t slot) {
+  auto at = static_cast<std::uint32_t>(words_[slot]);
+  while (at != no_candidate) {
+    Candidate& moved = candidates_[at];
+    std::uint32_t& first = crowded_.insert(crowded_key(moved.corners.key), no_candidate);
+    at = std::exchange(moved.next, std::exchange(first, at));
+  }
+  states_[slot] = Crowded;
+}
+
+// Whether some edge belongs to an odd number of the sides that an odd number of solids has: edges that come in pairs
+// vanish from the sum.
+bool ExteriorSides::has_border() const {
+  const auto odd = [](std::uint64_t node) { return 2 * node + 0x9e3779b97f4a7c15ull; };
+  std::uint64_t sum_of_edges = 0;
+  for (const Candidate& side : candidates_) {
+    if (!side.is_odd) continue;
+    const Node* const nodes = side.corners.nodes;
+    std::uint64_t last = odd(nodes[side.corners.count - 1].value);
+    for (int k = 0; k < side.corners.count; ++k) {
+      const std::uint64_t next = odd(nodes[k].value);
+      if (last != next) sum_of_edges ^= last * next;
+      last = next;
+    }
+  }
+  return sum_of_edges != 0;
 }
 
 } // namespace Tarn

@@ -2,6 +2,7 @@
 
 #include "mesh/database/Handle.h"
 #include "reference/tarn/ElementRuns.h"
+#include "reference/tarn/FlatMap.h"
 #include "reference/tarn/PodArray.h"
 
 #include <cstdint>
@@ -16,7 +17,14 @@ class MeshData;
 ///
 /// Every side is added, by exclusive or, as a 64-bit mix of its corners to a word that belongs to its smallest corner:
 /// sides seen twice are gone again, and what is left tells at which corners a side is open. Only the sides at these,
-/// a layer below the skin, are then compared corner by corner.
+/// a layer below the skin, are then compared corner by corner, so that one that three solids have is told from one that
+/// a single solid has.
+///
+/// Different sides that vanish together by accident do not go unnoticed. The sides of a solid cover each of their edges
+/// twice, so the sides that an odd number of solids has form a surface without a border, and without those overlooked
+/// it would have one. Then all sides are compared. (To slip through, sides would have to vanish in 64 bits at each of
+/// their corners and enclose a volume by themselves. Two quadrilaterals crossed on the same corners make a border, too,
+/// and cost the time of the comparison.)
 class ExteriorSides {
 public:
   /// What a side is known by.
@@ -32,10 +40,12 @@ public:
     std::uint32_t next;  ///< the next candidate with the same word
     int side;            ///< which side of it
     bool is_exterior;    ///< false once another solid has it, or a shell covers it
+    bool is_odd;         ///< an odd number of solids has it
   };
 
-  /// Looks at all solids; `lists` holds no solid twice, and is borrowed for the call.
-  ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists);
+  /// Looks at all solids; `lists` holds no solid twice, and is borrowed for the call. A solid that lacks a corner is
+  /// passed over. `trusted` are the bits of the words that are looked at; tests take few, to see accidents.
+  ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists, std::uint64_t trusted = ~std::uint64_t(0));
 
   /// Takes the side with these corners out, if there is one.
   void cover(const Handle<0>* corners, int count);
@@ -46,9 +56,13 @@ public:
 private:
   void choose_slots(MeshData& database, const std::vector<ElementRuns>& lists);
   template <ElementType Type> void toggle_sides(MeshData& database, const ElementRuns& list);
-  void mark_open_slots();
+  void mark_open_slots(std::uint64_t trusted);
+  void list_all_open_sides(MeshData& database, const std::vector<ElementRuns>& lists);
   template <ElementType Type> void list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid);
   void list_side(std::uint64_t slot, Corners corners, std::uint32_t solid, int side);
+  Candidate* find(std::uint64_t slot, const Corners& corners);
+  void spread_chain(std::uint64_t slot);
+  bool has_border() const;
   template <class Call> static void for_kind(ElementType type, Call call);
 
   /// Which word belongs to a node.
@@ -57,12 +71,16 @@ private:
     std::uint64_t mask = 0;
     std::uint64_t operator()(std::uint64_t node) const { return node >> shift & mask; }
   };
-  enum SlotState : unsigned char { Closed, Open, Listed };
+  /// What is known of a slot: no side is open; some may be; its candidates hang on its word; they are so many that they
+  /// hang on their keys.
+  enum SlotState : unsigned char { Closed, Open, Listed, Crowded };
 
   Slots slot_of_;
   PodArray<std::uint64_t> words_;  ///< sums of sides; of listed slots the first candidate
   PodArray<unsigned char> states_; ///< of each slot
   PodArray<Candidate> candidates_;
+  std::uint64_t lowest_node_ = ~std::uint64_t(0); ///< the smallest corner of any solid, 0 when one lacks a corner
+  FlatMap<std::uint32_t> crowded_;                ///< first candidate by key, at crowded slots
 };
 
 } // namespace Tarn

@@ -5,7 +5,8 @@
 #include <cstdint>
 
 /// Combining the corner values of every side of a solid at once, what two sides have in common only once. `op` must not
-/// mind the order of its operands. Sides are numbered as in `ElementShape`.
+/// mind the order of its operands. Sides are numbered as in `ElementShape`; `first_half` and `other_half` are two that
+/// have all corners between them.
 namespace Tarn {
 
 template <ElementType Type> struct SideFold;
@@ -13,6 +14,8 @@ template <ElementType Type> struct SideFold;
 template <> struct SideFold<Tet> {
   static constexpr int corners = 4;
   static constexpr int sides = 4;
+  static constexpr int first_half = 0;
+  static constexpr int other_half = 3;
   template <class Op> static void fold(const std::uint64_t* v, Op op, std::uint64_t* out) {
     const std::uint64_t v01 = op(v[0], v[1]);
     const std::uint64_t v23 = op(v[2], v[3]);
@@ -26,6 +29,8 @@ template <> struct SideFold<Tet> {
 template <> struct SideFold<Hex> {
   static constexpr int corners = 8;
   static constexpr int sides = 6;
+  static constexpr int first_half = 4;
+  static constexpr int other_half = 5;
   template <class Op> static void fold(const std::uint64_t* v, Op op, std::uint64_t* out) {
     const std::uint64_t v01 = op(v[0], v[1]);
     const std::uint64_t v23 = op(v[2], v[3]);
@@ -43,6 +48,8 @@ template <> struct SideFold<Hex> {
 template <> struct SideFold<Wedge> {
   static constexpr int corners = 6;
   static constexpr int sides = 5;
+  static constexpr int first_half = 0;
+  static constexpr int other_half = 1;
   template <class Op> static void fold(const std::uint64_t* v, Op op, std::uint64_t* out) {
     const std::uint64_t v03 = op(v[0], v[3]);
     const std::uint64_t v14 = op(v[1], v[4]);
@@ -58,6 +65,8 @@ template <> struct SideFold<Wedge> {
 template <> struct SideFold<Pyramid> {
   static constexpr int corners = 5;
   static constexpr int sides = 5;
+  static constexpr int first_half = 0;
+  static constexpr int other_half = 1;
   template <class Op> static void fold(const std::uint64_t* v, Op op, std::uint64_t* out) {
     const std::uint64_t v01 = op(v[0], v[1]);
     const std::uint64_t v23 = op(v[2], v[3]);
