@@ -13,6 +13,7 @@
 #include <vtkMultiBlockDataSet.h>
 #include <vtkPolyData.h>
 #include <vtkProperty.h>
+#include <vtkRendererCollection.h>
 
 #include <memory>
 #include <string>
@@ -215,6 +216,73 @@ TEST(Model, GivenAModelThatDiesDuringTheFrame_WhenRendered_ThenTheFrameGoesOn) {
   view.render();
   EXPECT_EQ(victim, nullptr);
   view.render();
+}
+
+TEST(Model, GivenAViewThatClosesDuringItsOwnFrame_WhenRendered_ThenNothingIsToldOfItAfterwards) {
+  auto view = std::make_unique<OffscreenView>();
+  const vtkSmartPointer<vtkRenderWindow> window = view->window();
+  class Closer : public GModel {
+  public:
+    void update_parts() override { view->close(); }
+    OffscreenView* view = nullptr;
+  } closer;
+  closer.view = view.get();
+  Model later;
+  view->get()->render();
+  EXPECT_THAT(GView::views(), IsEmpty());
+  EXPECT_THAT(later.calls, IsEmpty());
+  EXPECT_EQ(window->GetRenderers()->GetNumberOfItems(), 0);
+}
+
+TEST(Model, GivenAFactoryThatDestroysItsModel_WhenAPartIsAdded_ThenNothingIsShown) {
+  OffscreenView first, second;
+  auto model = std::make_unique<Model>();
+  vtkNew<vtkPolyData> data;
+  int calls = 0;
+  model->add_part(data, [&](vtkDataObject*, GView*) {
+    ++calls;
+    model.reset();
+    return PropList{vtkSmartPointer<vtkActor>::New()};
+  });
+  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(model, nullptr);
+  EXPECT_EQ(shown(first) + shown(second), 0);
+  EXPECT_EQ(data->GetReferenceCount(), 1);
+}
+
+TEST(Model, GivenAFactoryThatClosesAnotherView_WhenAPartIsAdded_ThenThatViewIsPassedOver) {
+  OffscreenView first, second;
+  Model model;
+  vtkNew<vtkPolyData> data;
+  std::vector<GView*> asked;
+  model.add_part(data, [&](vtkDataObject*, GView* view) {
+    asked.push_back(view);
+    second.close();
+    return PropList{vtkSmartPointer<vtkActor>::New()};
+  });
+  EXPECT_THAT(asked, ElementsAre(first.get()));
+  EXPECT_EQ(model.view_props_.size(), 1u);
+  EXPECT_EQ(shown(first), 1);
+}
+
+TEST(Model, GivenAFactoryThatAddsAPart_WhenAViewOpens_ThenBothPartsAreShownOnce) {
+  Model model;
+  vtkNew<vtkPolyData> data, more;
+  model.add_part(data, [&](vtkDataObject*, GView*) {
+    model.add_part(more, factory());
+    return PropList{vtkSmartPointer<vtkActor>::New()};
+  });
+  OffscreenView view;
+  EXPECT_EQ(shown(view), 2);
+  EXPECT_EQ(model.props_in(view.get(), data), 1u);
+  EXPECT_EQ(model.props_in(view.get(), more), 1u);
+}
+
+TEST(Model, GivenAWindowThatTheHostDraws_WhenItRenders_ThenModelsAreUpdatedAsInAnyFrame) {
+  OffscreenView view;
+  Model model;
+  view.window()->Render();
+  EXPECT_THAT(model.calls, ElementsAre("update", "render"));
 }
 
 TEST(Model, GivenARenderMode_WhenSet_ThenItIsStored) {

@@ -333,6 +333,67 @@ TEST(RenderMode, GivenTheBodyBehindLabelsAndHighlights_WhenTheDepthIsRendered_Th
   EXPECT_EQ(depth_at(view.window(), 150, 100), 1.0F);
 }
 
+TEST(RenderMode, GivenTwoViewsInOneWindow_WhenOneRenders_ThenBothHaveTheirModes) {
+  OffscreenView left;
+  BodyModel model(make_cube(), OBUtil::HiddenLine);
+  GView right(left.window());
+  left.renderer()->SetViewport(0, 0, 0.5, 1);
+  right.renderer()->SetViewport(0.5, 0, 1, 1);
+  right.renderer()->SetBackground(0, 0, 1);
+  look_at_a_corner(left.renderer());
+  look_at_a_corner(right.renderer());
+  const Frame frame = left.render();
+  keep_picture(left.window(), "two_views");
+  EXPECT_EQ(frame.count(is_red), 0);
+  EXPECT_TRUE(is_white(frame.at(70, 90)));
+  EXPECT_TRUE(is_near(frame.at(220, 90), {0, 0, 255}, 2));
+  EXPECT_GT(frame.count(is_black), 400);
+}
+
+TEST(RenderMode, GivenAnotherLayerInTheWindow_WhenTheDepthIsRendered_ThenItDoesNotReachIt) {
+  OffscreenView view;
+  BodyModel model(make_cube(), OBUtil::Shaded);
+  look_at_a_corner(view.renderer());
+  view.get()->render_depth();
+  const float body = depth_at(view.window(), 150, 100);
+  ASSERT_LT(body, 1.0F);
+
+  vtkNew<vtkRenderer> overlay;
+  overlay->SetLayer(1);
+  view.window()->SetNumberOfLayers(2);
+  view.window()->AddRenderer(overlay);
+  view.render();
+  EXPECT_EQ(depth_at(view.window(), 150, 100), 1.0F) << "the layer has a depth of its own";
+  view.get()->render_depth();
+  EXPECT_EQ(depth_at(view.window(), 150, 100), body);
+  EXPECT_TRUE(overlay->GetDraw());
+}
+
+TEST(RenderMode, GivenASlantingSurface_WhenTheDepthIsRendered_ThenItIsThatOfTheSurfaceItself) {
+  OffscreenView view;
+  vtkNew<vtkPlaneSource> source;
+  source->Update();
+  BodyModel model(source->GetOutput(), OBUtil::Shaded);
+  model.edge->SetLineWidth(5);
+  vtkCamera* camera = view.renderer()->GetActiveCamera();
+  camera->ParallelProjectionOn();
+  camera->SetPosition(0, -3, 1);
+  camera->SetViewUp(0, 0, 1);
+  view.renderer()->ResetCamera();
+  view.get()->render_depth();
+  view.renderer()->SetWorldPoint(0, 0, 0, 1);
+  view.renderer()->WorldToDisplay();
+  const double* centre = view.renderer()->GetDisplayPoint();
+  // A pixel's middle lies up to half a pixel beside the point; VTK's own constant offset is below 1e-4.
+  const float below = depth_at(view.window(), int(centre[0]), int(centre[1]) - 1);
+  const float above = depth_at(view.window(), int(centre[0]), int(centre[1]) + 1);
+  const float slope = std::abs(above - below) / 2;
+  ASSERT_GT(slope, 1e-3F);
+  EXPECT_NEAR(depth_at(view.window(), int(centre[0]), int(centre[1])), centre[2], 0.6 * slope + 1e-4);
+  view.render();
+  EXPECT_GT(depth_at(view.window(), int(centre[0]), int(centre[1])), centre[2] + 1.5 * slope);
+}
+
 TEST(RenderMode, GivenADenseDisplay_WhenRendered_ThenLinesAndPointsKeepTheirSizeOnPaper) {
   OffscreenView view;
   BodyModel model(make_cube(), OBUtil::Wireframe);
