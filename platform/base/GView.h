@@ -13,7 +13,9 @@ class vtkRenderer;
 class ORBEL_BASE_API GView {
 public:
   /// Opens a view in `window`, which is shared with the host; null makes a window of the view's own. The window gets
-  /// one renderer more. Models that are hooked to views make their props for it at once.
+  /// one renderer more and loses its multisampling: windows on screen are smoothed after drawing instead. Pixel sizes
+  /// are meant for 96 dots per inch and scale with the window's DPI; VTK's initial 72 counts as unknown and becomes 96.
+  /// Models that are hooked to views make their props for it at once.
   explicit GView(vtkRenderWindow* window = nullptr);
   /// Closes the view: models drop the props that they made for it, the renderer leaves the window.
   virtual ~GView();
@@ -25,7 +27,8 @@ public:
   /// The window, shared; never null.
   vtkRenderWindow* window() const;
 
-  /// Draws a frame: `update_parts()` and `Render(this)` of each hooked model, then the window.
+  /// Draws a frame: `update_parts()` and `Render(this)` of each hooked model, then the window. A frame that somebody
+  /// else asks the window for, such as an interactor, is drawn in the same way.
   void render();
   /// Draws a frame without 2-D props and without props that cannot be picked, surfaces opaque, so that the depth buffer
   /// holds the model alone: to be called before a region pick of visible entities only. The next `render()` shows the
