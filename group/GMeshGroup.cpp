@@ -162,11 +162,8 @@ bool GMeshGroup::get_node_visibility() const { return node_visibility_; }
 void GMeshGroup::set_force_scalars(bool on) { force_scalars_ = on; }
 bool GMeshGroup::get_force_scalars() const { return force_scalars_; }
 
-void GMeshGroup::set_dont_observe() {
-  // The destructor no longer will, and the registry must not keep a dead group.
-  if (observe_) unregister();
-  observe_ = false;
-}
+// Nothing is unregistered from now on; the registry forgets dead groups by itself.
+void GMeshGroup::set_dont_observe() { observe_ = false; }
 
 void GMeshGroup::set_color(TovanColor c) {
   color_ = c == TovanColor() ? white : c;

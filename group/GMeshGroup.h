@@ -40,7 +40,7 @@ public:
 
   /// An empty group: visible, nodes hidden, white, not shrunk, not clipped.
   GMeshGroup();
-  /// Leaves the model's owner registry, unless the group does not observe.
+  /// Leaves the model's owner registry, unless the group does not observe: the registry then forgets it by itself.
   ~GMeshGroup() override;
 
   /// Replaces the entities. `mesh` is copied as it is, neither sorted nor made unique: colour lists are positional.
@@ -80,7 +80,8 @@ public:
   void set_force_scalars(bool on);
   /// Whether its edges and nodes keep their own colours under a line colour; false at first.
   bool get_force_scalars() const;
-  /// From now on the group is told of no changes: it leaves the model's owner registry and does not register again.
+  /// For good: from now on the group neither registers with the model nor unregisters. Where it is registered already
+  /// it goes on being told of changes, so call it before `set_mesh`.
   void set_dont_observe();
 
   /// Sets the single colour; all-zero reads as white. The colour type stays.

@@ -221,12 +221,13 @@ TEST_F(MeshGroup, GivenAGroupThatDoesNotObserve_WhenSet_ThenItNeitherRegistersNo
   EXPECT_EQ(group->mesh_owner(), mesh.owner);
 }
 
-TEST_F(MeshGroup, GivenARegisteredGroup_WhenItStopsObserving_ThenTheRegistryForgetsIt) {
+TEST_F(MeshGroup, GivenARegisteredGroup_WhenItStopsObserving_ThenItStaysRegisteredUntilItDies) {
   show(two_hexes());
   ASSERT_TRUE(hears_of(mesh.owner));
   group->set_dont_observe();
-  EXPECT_FALSE(hears_of(mesh.owner));
-  group->set_dont_observe();
+  EXPECT_TRUE(hears_of(mesh.owner)) << "only further registrations are off";
+  group->set_mesh(mesh.owner, mesh.mesh, model.get());
+  EXPECT_TRUE(hears_of(mesh.owner)) << "what does not observe does not unregister";
   group.reset();
   model->update_mesh_modified(mesh.owner); // must not reach the dead group
 }
