@@ -19,38 +19,36 @@ using Elem = Handle<1>;
 constexpr std::uint32_t no_candidate = 0xffffffffu;
 constexpr int longest_chain = 64;
 
-// Keys that share an entry are told apart when they are compared.
-std::uint64_t crowded_key(std::uint64_t key) { return key | 1; }
-
-// Null stays null. Two multiplications: sums of neighbouring handles must not be told by the handles' own sum.
-std::uint64_t mixed(std::uint64_t node) {
-  node *= 0x9e3779b97f4a7c15ull;
-  node ^= node >> 32;
-  return node * 0xd6e8feb86659fd93ull;
-}
-
-std::uint64_t sum(std::uint64_t a, std::uint64_t b) { return a + b; }
+// A side's key is the product of its corners' factors. They are odd, so that no key is null, and far apart: where sums
+// of neighbouring numbers are equal, products are not.
+std::uint64_t factor(std::uint64_t node) { return 0x9e3779b97f4a7c15ull + 2 * node; }
+std::uint64_t product(std::uint64_t a, std::uint64_t b) { return a * b; }
 std::uint64_t smaller(std::uint64_t a, std::uint64_t b) { return a < b ? a : b; }
 
 /// What there is to know of all sides of a solid at once.
 template <ElementType Type> struct SideKeys {
   using Fold = SideFold<Type>;
-  std::uint64_t keys[Fold::sides];     ///< sums of the corners' mixes
+  std::uint64_t keys[Fold::sides];     ///< products of the corners' factors
   std::uint64_t smallest[Fold::sides]; ///< smallest corners
 
   explicit SideKeys(const std::uint64_t* corners) {
-    std::uint64_t mixes[Fold::corners];
-    std::transform(corners, corners + Fold::corners, mixes, mixed);
-    Fold::fold(mixes, sum, keys);
+    std::uint64_t factors[Fold::corners];
+    std::transform(corners, corners + Fold::corners, factors, factor);
+    Fold::fold(factors, product, keys);
     Fold::fold(corners, smaller, smallest);
   }
 };
 
-/// The corners of a chunk of elements.
+// Another number for each handle, null for null.
+std::uint64_t rotated(std::uint64_t handle, int bits) {
+  return bits == 0 ? handle : handle >> bits | handle << (64 - bits);
+}
+
+/// The corners of a chunk of elements, by number.
 class ChunkCorners {
 public:
-  ChunkCorners(MeshData& database, std::size_t stride)
-      : database_(database), stride_(stride), nodes_(stride * ElementRuns::chunk_size) {}
+  ChunkCorners(MeshData& database, std::size_t stride, int rotation)
+      : database_(database), stride_(stride), rotation_(rotation), nodes_(stride * ElementRuns::chunk_size) {}
 
   void read(const Elem* elements, std::size_t count) {
     // What the database does not know it leaves untouched.
@@ -59,6 +57,9 @@ public:
     MeshData::Count length = count * stride_;
     static_assert(sizeof(Node) == sizeof(std::uint64_t) && std::is_standard_layout_v<Node>, "a handle is its value");
     database_.get_connectivity(count, elements, &length, reinterpret_cast<Node*>(nodes_.data()));
+    if (rotation_ == 0) return;
+    for (std::uint64_t& node : nodes_)
+      node = rotated(node, rotation_);
   }
   /// Whether the database knows the element.
   bool is_known(std::size_t element) const { return *of(element) != 0; }
@@ -71,11 +72,12 @@ public:
 private:
   MeshData& database_;
   std::size_t stride_;
+  int rotation_;
   std::vector<std::uint64_t> nodes_;
 };
 
 bool all_differ(const ExteriorSides::Corners& corners) {
-  const Node* const at = corners.nodes;
+  const std::uint64_t* const at = corners.nodes;
   return at[0] != at[1] && at[1] != at[2] && at[2] != at[0] && at[3] != at[0] && at[3] != at[1] && at[3] != at[2];
 }
 
@@ -84,27 +86,27 @@ ExteriorSides::Corners corners_of(const SideShape& side, const std::uint64_t* so
   corners.count = side.corner_count;
   corners.key = key;
   for (int corner = 0; corner < corners.count; ++corner)
-    corners.nodes[corner].value = solid_corners[side.nodes[corner]];
+    corners.nodes[corner] = solid_corners[side.nodes[corner]];
   return corners;
 }
 
 /// Leaves repeated corners out of the key; gives the number of different ones.
 int merge_repeated(ExteriorSides::Corners& corners) {
   int distinct = 0;
-  corners.key = 0;
-  const Node* const first = corners.nodes;
-  for (const Node* node = first; node != first + corners.count; ++node) {
+  corners.key = 1;
+  const std::uint64_t* const first = corners.nodes;
+  for (const std::uint64_t* node = first; node != first + corners.count; ++node) {
     if (std::find(first, node, *node) != node) continue;
     ++distinct;
-    corners.key += mixed(node->value);
+    corners.key *= factor(*node);
   }
   return distinct;
 }
 
 bool all_among(const ExteriorSides::Corners& some, const ExteriorSides::Corners& corners) {
-  const Node* const end = corners.nodes + corners.count;
+  const std::uint64_t* const end = corners.nodes + corners.count;
   return std::all_of(some.nodes, some.nodes + some.count,
-                     [&corners, end](Node node) { return std::find(corners.nodes, end, node) != end; });
+                     [&corners, end](std::uint64_t node) { return std::find(corners.nodes, end, node) != end; });
 }
 
 bool is_same_side(const ExteriorSides::Corners& a, const ExteriorSides::Corners& b) {
@@ -137,10 +139,11 @@ ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>&
 void ExteriorSides::cover(const Node* corners, int count) {
   if (words_.empty()) return;
   Corners shell{};
-  std::copy_n(corners, count, shell.nodes);
+  for (int corner = 0; corner < count; ++corner)
+    shell.nodes[corner] = rotated(corners[corner].value, rotation_);
   shell.count = count;
   merge_repeated(shell);
-  const std::uint64_t slot = slot_of_(std::min_element(corners, corners + count)->value);
+  const std::uint64_t slot = *std::min_element(shell.nodes, shell.nodes + count) & mask_;
   if (states_[slot] < Listed) return;
   if (Candidate* const covered = find(slot, shell)) covered->is_exterior = false;
 }
@@ -160,7 +163,7 @@ template <class Call> void ExteriorSides::for_kind(ElementType type, Call call) 
   }
 }
 
-// About one slot a node. Handles may be anything, addresses for example: low bits that never change are left out. A
+// About one slot a node. Handles may be anything, addresses for example: low bits that never change go to the top. A
 // poor choice costs time only.
 void ExteriorSides::choose_slots(MeshData& database, const std::vector<ElementRuns>& lists) {
   std::uint64_t nodes = 0;
@@ -169,37 +172,37 @@ void ExteriorSides::choose_slots(MeshData& database, const std::vector<ElementRu
   std::uint64_t slots = 1024;
   while (slots < nodes)
     slots *= 2;
-  slot_of_.mask = slots - 1;
+  mask_ = slots - 1;
   words_.assign(slots, 0);
 
   const ElementRuns::Run& run = lists.front().runs()[0];
   std::vector<Elem> elements(std::min<std::size_t>(ElementRuns::chunk_size, run.count));
   for (std::size_t i = 0; i < elements.size(); ++i)
     elements[i].value = run.first + i;
-  ChunkCorners sample(database, 4);
+  ChunkCorners sample(database, 4, 0);
   sample.read(elements.data(), elements.size());
   std::uint64_t changing = 0;
   for (std::size_t i = 0; i < elements.size(); ++i)
     for (std::size_t corner = 0; corner < 4 && sample.is_known(i); ++corner)
       changing |= sample.of(i)[corner] ^ sample.of(i)[0];
-  while (changing != 0 && (changing >> slot_of_.shift & 1) == 0)
-    ++slot_of_.shift;
+  while (changing != 0 && (changing >> rotation_ & 1) == 0)
+    ++rotation_;
 }
 
 template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database, const ElementRuns& list) {
   using Fold = SideFold<Type>;
-  ChunkCorners nodes(database, Fold::corners);
+  ChunkCorners nodes(database, Fold::corners, rotation_);
   list.for_each_chunk([&](const Elem* elements, std::size_t count) {
     nodes.read(elements, count);
     // Copies, which no word written to can be mistaken for.
-    const Slots slot_of = slot_of_;
+    const std::uint64_t mask = mask_;
     std::uint64_t* const words = words_.data();
     std::uint64_t lowest = lowest_node_;
     for (std::size_t i = 0; i < count; ++i) {
       if (!nodes.is_known(i)) continue;
       const SideKeys<Type> sides(nodes.of(i));
       for (int side = 0; side < Fold::sides; ++side)
-        words[slot_of(sides.smallest[side])] ^= sides.keys[side];
+        words[sides.smallest[side] & mask] ^= sides.keys[side];
       // These two have every corner between them.
       lowest = std::min({lowest, sides.smallest[Fold::first_half], sides.smallest[Fold::other_half]});
     }
@@ -214,7 +217,8 @@ void ExteriorSides::mark_open_slots(std::uint64_t trusted) {
     states_[slot] = (words_[slot] & trusted) != 0 ? Open : Closed;
     open += states_[slot];
   }
-  candidates_.reserve(2 * open);
+  // Room that is never written to costs nothing.
+  candidates_.reserve(8 * open);
 }
 
 void ExteriorSides::list_all_open_sides(MeshData& database, const std::vector<ElementRuns>& lists) {
@@ -230,20 +234,20 @@ template <ElementType Type>
 void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list, std::uint32_t solid) {
   using Fold = SideFold<Type>;
   const ElementShape& shape = element_shape(Type);
-  ChunkCorners nodes(database, Fold::corners);
+  ChunkCorners nodes(database, Fold::corners, rotation_);
   list.for_each_chunk([&](const Elem* elements, std::size_t count) {
     nodes.read(elements, count);
-    const Slots slot_of = slot_of_;
+    const std::uint64_t mask = mask_;
     const unsigned char* const states = states_.data();
     for (std::size_t i = 0; i < count; ++i, ++solid) {
       const std::uint64_t* const corners = nodes.of(i);
       unsigned char any = Closed;
       for (int corner = 0; corner < Fold::corners; ++corner)
-        any |= states[slot_of(corners[corner])];
+        any |= states[corners[corner] & mask];
       if (any == Closed || !nodes.is_whole(i)) continue;
       const SideKeys<Type> sides(corners);
       for (int side = 0; side < Fold::sides; ++side) {
-        const std::uint64_t slot = slot_of(sides.smallest[side]);
+        const std::uint64_t slot = sides.smallest[side] & mask;
         if (states_[slot] != Closed)
           list_side(slot, corners_of(shape.sides[side], corners, sides.keys[side]), solid, side);
       }
@@ -270,7 +274,7 @@ void ExteriorSides::list_side(std::uint64_t slot, Corners corners, std::uint32_t
   listed.is_exterior = true;
   listed.is_odd = true;
   if (states_[slot] == Crowded) {
-    std::uint32_t& first = crowded_.insert(crowded_key(corners.key), no_candidate);
+    std::uint32_t& first = crowded_.insert(corners.key, no_candidate);
     listed.next = std::exchange(first, place);
   } else {
     listed.next = static_cast<std::uint32_t>(words_[slot]);
@@ -281,7 +285,7 @@ void ExteriorSides::list_side(std::uint64_t slot, Corners corners, std::uint32_t
 ExteriorSides::Candidate* ExteriorSides::find(std::uint64_t slot, const Corners& corners) {
   std::uint32_t at = no_candidate;
   if (states_[slot] == Crowded) {
-    if (const std::uint32_t* const first = crowded_.find(crowded_key(corners.key))) at = *first;
+    if (const std::uint32_t* const first = crowded_.find(corners.key)) at = *first;
   } else {
     at = static_cast<std::uint32_t>(words_[slot]);
   }
@@ -297,7 +301,7 @@ void ExteriorSides::spread_chain(std::uint64_t slot) {
   auto at = static_cast<std::uint32_t>(words_[slot]);
   while (at != no_candidate) {
     Candidate& moved = candidates_[at];
-    std::uint32_t& first = crowded_.insert(crowded_key(moved.corners.key), no_candidate);
+    std::uint32_t& first = crowded_.insert(moved.corners.key, no_candidate);
     at = std::exchange(moved.next, std::exchange(first, at));
   }
   states_[slot] = Crowded;
@@ -306,14 +310,13 @@ void ExteriorSides::spread_chain(std::uint64_t slot) {
 // Whether some edge belongs to an odd number of the sides that an odd number of solids has: edges that come in pairs
 // vanish from the sum.
 bool ExteriorSides::has_border() const {
-  const auto odd = [](std::uint64_t node) { return 2 * node + 0x9e3779b97f4a7c15ull; };
   std::uint64_t sum_of_edges = 0;
   for (const Candidate& side : candidates_) {
     if (!side.is_odd) continue;
-    const Node* const nodes = side.corners.nodes;
-    std::uint64_t last = odd(nodes[side.corners.count - 1].value);
+    const std::uint64_t* const nodes = side.corners.nodes;
+    std::uint64_t last = factor(nodes[side.corners.count - 1]);
     for (int k = 0; k < side.corners.count; ++k) {
-      const std::uint64_t next = odd(nodes[k].value);
+      const std::uint64_t next = factor(nodes[k]);
       if (last != next) sum_of_edges ^= last * next;
       last = next;
     }

@@ -15,10 +15,10 @@ class MeshData;
 /// The sides of a set of solids that only one of them has. Sides are the same when they have the same distinct corners,
 /// so that a collapsed quadrilateral meets the triangle that it has become; those with fewer than three are no sides.
 ///
-/// Every side is added, by exclusive or, as a 64-bit mix of its corners to a word that belongs to its smallest corner:
-/// sides seen twice are gone again, and what is left tells at which corners a side is open. Only the sides at these,
-/// a layer below the skin, are then compared corner by corner, so that one that three solids have is told from one that
-/// a single solid has.
+/// Every side is added, by exclusive or, as a 64-bit product of its corners to a word that belongs to its smallest
+/// corner: sides seen twice are gone again, and what is left tells at which corners a side is open. Only the sides at
+/// these, a layer below the skin, are then compared corner by corner, so that one that three solids have is told from
+/// one that a single solid has.
 ///
 /// Different sides that vanish together by accident do not go unnoticed. The sides of a solid cover each of their edges
 /// twice, so the sides that an odd number of solids has form a surface without a border, and without those overlooked
@@ -29,9 +29,9 @@ class ExteriorSides {
 public:
   /// What a side is known by.
   struct Corners {
-    Handle<0> nodes[4]; ///< in the side's order; of a triangle the last is null
-    int count;          ///< 3 or 4
-    std::uint64_t key;  ///< sum of the mixes of the distinct corners
+    std::uint64_t nodes[4]; ///< numbers of its corners; of a triangle the last is null
+    int count;              ///< 3 or 4
+    std::uint64_t key;      ///< product of the distinct corners' factors
   };
   /// A side at an open corner.
   struct Candidate {
@@ -65,17 +65,12 @@ private:
   bool has_border() const;
   template <class Call> static void for_kind(ElementType type, Call call);
 
-  /// Which word belongs to a node.
-  struct Slots {
-    int shift = 0;
-    std::uint64_t mask = 0;
-    std::uint64_t operator()(std::uint64_t node) const { return node >> shift & mask; }
-  };
   /// What is known of a slot: no side is open; some may be; its candidates hang on its word; they are so many that they
   /// hang on their keys.
   enum SlotState : unsigned char { Closed, Open, Listed, Crowded };
 
-  Slots slot_of_;
+  int rotation_ = 0;               ///< what turns a node's handle into its number
+  std::uint64_t mask_ = 0;         ///< what turns a node's number into its slot
   PodArray<std::uint64_t> words_;  ///< sums of sides; of listed slots the first candidate
   PodArray<unsigned char> states_; ///< of each slot
   PodArray<Candidate> candidates_;

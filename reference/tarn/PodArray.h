@@ -83,11 +83,12 @@ private:
 
   void reallocate(std::size_t capacity) {
     if (capacity > maximum()) throw std::length_error("PodArray");
-    void* const grown = std::realloc(static_cast<void*>(data_), capacity * sizeof(T));
+    const std::size_t bytes = capacity * sizeof(T);
+    void* const grown = data_ ? std::realloc(static_cast<void*>(data_), bytes) : allocate_block(bytes);
     if (!grown) throw std::bad_alloc();
+    if (data_) prefer_huge_pages(grown, bytes);
     data_ = static_cast<T*>(grown);
     capacity_ = capacity;
-    prefer_huge_pages(data_, capacity * sizeof(T));
   }
 
   T* data_ = nullptr;
