@@ -98,6 +98,14 @@ TEST_F(TwoHexes, GivenEqualDimensions_WhenOneCoincidesWithAnother_ThenNeitherIsC
   EXPECT_THAT(covered({a, b}), ElementsAre(false, false));
 }
 
+TEST_F(TwoHexes, GivenFacesThatCoincideAwayFromTheSolids_WhenBeamsLieOnThem_ThenOnlyTheBeamsAreCovered) {
+  MeshVector a, b, rim;
+  add(Tarn::Quad, {0, 5, 10, 3}, a);
+  add(Tarn::Quad, {0, 5, 10, 3}, b);
+  add(Tarn::Edge, {5, 10}, rim);
+  EXPECT_THAT(covered({a, solids, b, rim}), ElementsAre(false, false, false, true));
+}
+
 TEST_F(TwoHexes, GivenASuperelement_WhenAFaceHasItsNodes_ThenItBearsNothing) {
   MeshVector super, face;
   Tarn::MeshDatabase& db = database;

@@ -209,6 +209,16 @@ TEST_F(Picture, GivenColorsByKind_WhenDrawn_ThenEachKindHasItsOwn) {
   EXPECT_GT(mixed.count_lit(viewer::kind_color(Tarn::Pyramid)), 20u);
 }
 
+TEST_F(Picture, GivenFacesTurnedAway_WhenDrawn_ThenTheyKeepLightEnoughForTheirColor) {
+  const Pixels pixels = draw({"--no-edges"}, "blow_shell.vtk");
+  const TovanColor color = viewer::palette_color(0);
+  int darkest = 255;
+  for (const auto& pixel : pixels.rgb)
+    darkest = std::min<int>(darkest, pixel[1]);
+  EXPECT_GE(darkest, color.g / 3);
+  EXPECT_LT(darkest, color.g * 3 / 4);
+}
+
 TEST_F(Picture, GivenNothingVisible_WhenDrawn_ThenThePictureIsEmpty) {
   EXPECT_EQ(painted(draw({"--clip=1,0,0,1000"})), 0u);
 }
