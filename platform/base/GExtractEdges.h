@@ -17,7 +17,8 @@ public:
   /// Whether one-dimensional cells pass too, as lines of two points. A line that coincides with an edge is drawn once,
   /// with the data of whichever cell comes first. Off at first; moves no time stamp, so set it before the first update.
   void pass_lines(bool on);
-  /// Whether zero-dimensional cells pass too, as they are. Off at first; moves no time stamp, so set it before the first update.
+  /// Whether zero-dimensional cells pass too, as they are. Off at first; moves no time stamp, so set it before the
+  /// first update.
   void pass_vertices(bool on);
 
 protected:
