@@ -2,9 +2,14 @@
 #include "platform/base/GDataGroup.h"
 #include "platform/base/GDataGroupEntity.h"
 #include "platform/base/GExtractEdges.h"
+#include "platform/base/GLabelMapper.h"
 #include "platform/base/GModel.h"
 #include "platform/base/GView.h"
+#include "platform/util/TovanColor.h"
+#include "platform/util/TovanString.h"
+#include "platform/util/TovanVector.h"
 
+#include <vtkActor2D.h>
 #include <vtkCell.h>
 #include <vtkCellArray.h>
 #include <vtkCellData.h>
@@ -21,6 +26,8 @@
 #include <vtkProperty.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
+#include <vtkTextMapper.h>
+#include <vtkTextProperty.h>
 
 #include <algorithm>
 #include <set>
@@ -244,6 +251,59 @@ vtkProperty* one_property() {
 vtkProperty* GModel::surface_normal_front_property() { return one_property(); }
 vtkProperty* GModel::surface_normal_back_property() { return one_property(); }
 vtkProperty* GModel::curve_normal_property() { return one_property(); }
+
+vtkTextProperty* GModel::text_property() {
+  static const auto property = vtkSmartPointer<vtkTextProperty>::New();
+  return property;
+}
+
+// ------------------------------------------------------------------------------------------------ labels
+
+struct GLabelMapper::Private {
+  struct Label {
+    TovanVector position;
+    vtkSmartPointer<vtkTextMapper> text;
+  };
+  std::vector<Label> labels;
+  vtkSmartPointer<vtkTextProperty> style;
+};
+
+vtkStandardNewMacro(GLabelMapper)
+
+GLabelMapper::GLabelMapper() : d(new Private) {}
+GLabelMapper::~GLabelMapper() = default;
+void GLabelMapper::set_model(GModel*) {}
+void GLabelMapper::SetTextProperty(vtkTextProperty* property) { d->style = property; }
+vtkTextProperty* GLabelMapper::GetTextProperty() { return d->style; }
+void GLabelMapper::clear() { d->labels.clear(); }
+
+void GLabelMapper::add_point(const TovanVector& position, const TovanString& text, const TovanColor& color, int) {
+  d->labels.push_back({position, vtkSmartPointer<vtkTextMapper>::New()});
+  d->labels.back().text->SetInput(text.c_str());
+  double rgb[3];
+  color.to_rgb(rgb);
+  d->labels.back().text->GetTextProperty()->SetColor(rgb);
+}
+
+void GLabelMapper::RenderOverlay(vtkViewport* viewport, vtkActor2D*) {
+  for (const Private::Label& label : d->labels) {
+    vtkNew<vtkActor2D> actor;
+    actor->SetMapper(label.text);
+    actor->GetPositionCoordinate()->SetCoordinateSystemToWorld();
+    actor->GetPositionCoordinate()->SetValue(label.position.x, label.position.y, label.position.z);
+    actor->RenderOverlay(viewport);
+  }
+}
+
+void GLabelMapper::ReleaseGraphicsResources(vtkWindow* window) {
+  for (const Private::Label& label : d->labels)
+    label.text->ReleaseGraphicsResources(window);
+}
+
+int GLabelMapper::FillInputPortInformation(int, vtkInformation* info) {
+  info->Set(vtkAlgorithm::INPUT_REQUIRED_DATA_TYPE(), "vtkDataObject");
+  return 1;
+}
 
 // ------------------------------------------------------------------------------------------------ edges
 
