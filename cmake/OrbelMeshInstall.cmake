@@ -18,9 +18,9 @@ set(orbel_base_headers
     platform/base/orbel_base_api.h)
 set(orbel_mesh_headers
     group/GMeshGroup.h highlight/GMeshHighlight.h highlight/GMeshHighlightProperties.h mesh/MeshQueries.h
-    mesh/MeshVector.h mesh/orbel_mesh_api.h mesh/orbel_mesh_version.h model/GMeshDataGroup.h model/GMeshModel.h
-    model/GNodeGlypher.h pick/GMeshPicker.h pick/PickInterface.h pick/PickedElement.h pick/PickedMeshEntity.h
-    pick/PickedNode.h)
+    mesh/MeshVector.h mesh/orbel_mesh_api.h mesh/orbel_mesh_version.h model/GMeshDataGroup.h model/GMeshLabels.h
+    model/GMeshModel.h model/GNodeGlypher.h pick/GMeshPicker.h pick/PickInterface.h pick/PickedElement.h
+    pick/PickedMeshEntity.h pick/PickedNode.h)
 if(ORBEL_MESH_PLATFORM STREQUAL "reference")
   list(APPEND tovan_tarn_headers ${reference_headers})
   set(installed_libraries tovan_util tovan_tarn orbel_base orbel_mesh)

@@ -1,4 +1,5 @@
-// The registry of meshes by owner, and the routing of changes. The views are in GMeshModelViews.cpp.
+// The registry of meshes by owner, and the routing of changes. The views are in GMeshModelViews.cpp, the labels in
+// GMeshModelLabels.cpp.
 
 #include "model/GMeshModel.h"
 
@@ -106,8 +107,11 @@ void GMeshModel::add_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, T
 void GMeshModel::add_record(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, std::unique_ptr<GMeshGroup> group) {
   group->set_mesh(owner, mesh, this);
   add_mesh_group(group.get());
-  GMeshGraphics& record = groups_.emplace(owner, GMeshGraphics())->second;
-  record.group = group.release();
+  GMeshGraphics record;
+  record.group = group.get();
+  if (any_label_flag_on()) create_label_object(record);
+  groups_.emplace(owner, record);
+  group.release();
   if (clipping_plane_) record.group->set_clipping_plane(clipping_plane_);
 }
 
@@ -122,6 +126,7 @@ void GMeshModel::add_mesh_unique(const MeshVector& mesh, Tarn::SMeshOwnerType* o
   remove_mesh_group(group);
   group->set_mesh(owner, mesh, this);
   add_mesh_group(group);
+  if (any_label_flag_on()) create_label_object(record->second);
   if (clipping_plane_) group->set_clipping_plane(clipping_plane_);
 }
 
@@ -181,6 +186,7 @@ GMeshModel::Records::iterator GMeshModel::first_record(Tarn::SMeshOwnerType* own
 GMeshModel::Records::iterator GMeshModel::erase_record(Records::iterator record) {
   remove_mesh_group(record->second.group);
   delete record->second.group;
+  destroy_label_object(record->second);
   return groups_.erase(record);
 }
 
@@ -191,9 +197,12 @@ void GMeshModel::set_color(Tarn::SMeshOwnerType* owner, TovanColor color) {
 }
 
 void GMeshModel::set_visibility(Tarn::SMeshOwnerType* owner, bool vis) {
-  GMeshGroup* group = get_mesh(owner);
-  if (!group || group->get_visibility() == vis) return;
+  const auto record = first_record(owner);
+  if (record == groups_.end()) return;
+  GMeshGroup* group = record->second.group;
+  if (group->get_visibility() == vis) return;
   group->set_visibility(vis);
+  if (any_label_flag_on()) change_label_visibility(record->second, vis);
   if (vis)
     add_mesh_group(group);
   else
@@ -206,8 +215,10 @@ bool GMeshModel::get_visibility(Tarn::SMeshOwnerType* owner) {
 }
 
 void GMeshModel::reset_entity_visibility() {
-  for (auto& record : groups_)
+  for (auto& record : groups_) {
     record.second.group->set_visibility(true);
+    if (any_label_flag_on()) create_label_object(record.second);
+  }
 }
 
 void GMeshModel::set_node_vis(Tarn::SMeshOwnerType* owner, bool vis) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mesh/MeshVector.h"
+#include "mesh/database/ElementType.h"
 #include "mesh/database/SMeshOwnerType.h"
 #include "mesh/orbel_mesh_api.h"
 #include "platform/base/GModel.h"
@@ -8,6 +9,7 @@
 
 #include <vtkNew.h>
 #include <vtkSmartPointer.h>
+#include <vtkTimeStamp.h>
 
 #include <array>
 #include <map>
@@ -28,6 +30,9 @@ class vtkProperty;
 /// What a model keeps for each mesh that was added.
 struct GMeshGraphics {
   GMeshGroup* group = nullptr; ///< the mesh's graphics, owned by the model
+  /// The key of the mesh's label part, null when it has none. Kept alive, so that no other part comes to have its
+  /// address.
+  vtkSmartPointer<vtkDataObject> label_data;
 };
 
 /// The graphics model of one mesh database: the object that a host talks to. It keeps the groups that draw each owner's
@@ -76,12 +81,14 @@ public:
 
   /// The mesh's single colour; all-zero reads as white.
   void set_color(Tarn::SMeshOwnerType* owner, TovanColor color);
-  /// Shows or hides the mesh.
+  /// Shows or hides the mesh. Its labels go when it is hidden and stay away when it is shown again, until all label
+  /// flags were off once.
   void set_visibility(Tarn::SMeshOwnerType* owner, bool vis);
   /// Whether it is shown; false for an owner without a mesh.
   bool get_visibility(Tarn::SMeshOwnerType* owner);
   /// Marks every mesh as visible, no more: one that was hidden comes back into the views when it is hidden and shown
-  /// again with `set_visibility`, or with `add_mesh_unique`.
+  /// again with `set_visibility`, or with `add_mesh_unique`. While a label flag is on, meshes without a label part get
+  /// one.
   void reset_entity_visibility();
   /// Shows or hides the mesh's nodes, whatever the model's own node visibility.
   void set_node_vis(Tarn::SMeshOwnerType* owner, bool vis);
@@ -150,6 +157,34 @@ public:
   /// How nodes are drawn.
   vtkProperty* node_property();
 
+  // ------------------------------------------------------------------------------------------ labels
+
+  /// Labels elements of a kind with their ids, at the centres of the cells that draw them: `NoLabel` for none,
+  /// `GlobalId` for global ids (elements without one have no label), anything else for local ids. A flag on edges also
+  /// labels the edges of triangles and quadrilaterals. Meshes that are shrunk have no labels. While any flag is on,
+  /// every mesh has a label part, hidden ones included. Kinds that do not exist are ignored, and nothing is labelled by
+  /// the flag of kind `None`.
+  void set_element_label_flag(Tarn::ElementType type, OBUtil::LabelType flag);
+  /// The kind's flag; `NoLabel` at first, and for kinds that do not exist.
+  OBUtil::LabelType get_element_label_flag(Tarn::ElementType type);
+  /// Labels the nodes that are drawn: `NoLabel` for none, `NodeElementId` and `GlobalId` for the local and the global
+  /// id of the node's own element (nodes without one have no label), anything else for local node ids.
+  void set_node_label_flag(OBUtil::LabelType flag);
+  /// That flag; `NoLabel` at first.
+  OBUtil::LabelType get_node_label_flag();
+  /// Whether any kind or the nodes are labelled.
+  bool any_label_flag_on();
+  /// When a flag last changed; owned by the model.
+  vtkTimeStamp* label_flag_time();
+  /// Gives the record a label part unless it has one.
+  void create_label_object(GMeshGraphics& record);
+  /// Takes the record's label part away.
+  void destroy_label_object(GMeshGraphics& record);
+  /// Gives every record without a label part one.
+  void create_label_objects();
+  /// Takes all label parts away.
+  void destroy_label_objects();
+
   // ------------------------------------------------------------------------------------------ view props
 
   /// A surface actor with the two properties (`back` may be null), to be drawn in `mode`; `scalar_vis`: by its "Color"
@@ -162,6 +197,8 @@ public:
   /// A node actor; it cannot be picked.
   static PropList create_mesh_node_view(vtkDataObject* data, GView* view, vtkProperty* prop, vtkProperty* back,
                                         bool visible, bool scalar_vis);
+  /// The label actor of a mesh, a `vtkActor2D` with a `GMeshLabels`; `data` is the mesh's 2-D data, `view` is not used.
+  static PropList create_mesh_label_view(vtkDataObject* data, GView* view, GMeshModel* model);
   /// A surface actor with the model's flat or smooth property, or those of normal-directed lighting.
   PropList create_mesh_tri_view(vtkDataObject* data, GView* view, bool flat);
   /// An edge actor with the model's property, or that of normal-directed lighting.
@@ -191,6 +228,10 @@ private:
   Records::iterator erase_record(Records::iterator record);
   template <class Change> void tell_groups(Tarn::SMeshOwnerType* owner, Change change);
 
+  void add_label_part(vtkDataObject* data);
+  void change_label_visibility(GMeshGraphics& record, bool vis);
+  void label_flag_changed();
+
   void set_initial_looks();
   void set_surface_opacity(double opacity);
   GMeshDataGroup* data_group_of(GMeshGroup* group) const;
@@ -202,6 +243,9 @@ private:
   std::unique_ptr<GMeshDataGroup> vertex_color_data_group_;
   std::unique_ptr<GMeshDataGroup> node_vis_data_group_;
   std::unique_ptr<GMeshDataGroup> scalar_data_group_;
+  std::array<OBUtil::LabelType, 10> element_label_flags_{}; // by kind
+  OBUtil::LabelType node_label_flag_ = OBUtil::NoLabel;
+  vtkTimeStamp label_time_;
   std::unordered_map<const GMeshGroup*, GMeshDataGroup*> shown_in_; // the data group that each group in view is in
   vtkSmartPointer<vtkPlane> clipping_plane_;
   vtkNew<vtkProperty> surface_flat_;

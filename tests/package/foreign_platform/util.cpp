@@ -1,6 +1,7 @@
 #include "platform/util/TovanBox.h"
 #include "platform/util/TovanColor.h"
 #include "platform/util/TovanColorTable.h"
+#include "platform/util/TovanString.h"
 #include "platform/util/TovanVector.h"
 
 #include <cmath>
@@ -28,6 +29,9 @@ void TovanColor::to_rgba(unsigned char rgba[4]) const {
 
 bool operator==(const TovanColor& left, const TovanColor& right) { return left.value() == right.value(); }
 bool operator!=(const TovanColor& left, const TovanColor& right) { return left.value() != right.value(); }
+
+TovanString::TovanString(const char* text) : text_(text ? text : "") {}
+const char* TovanString::c_str() const { return text_.c_str(); }
 
 TovanVector::TovanVector(double x_in, double y_in, double z_in) : x(x_in), y(y_in), z(z_in) {}
 TovanVector::TovanVector(const double* xyz) : TovanVector(xyz[0], xyz[1], xyz[2]) {}
