@@ -16,7 +16,9 @@ namespace {
 using Node = Handle<0>;
 using Elem = Handle<1>;
 
+// In the place of a first candidate: there is none yet; they are so many that they hang on their keys.
 constexpr std::uint32_t no_candidate = 0xffffffffu;
+constexpr std::uint32_t crowd = 0xfffffffeu;
 constexpr int longest_chain = 64;
 
 // A side's key is the product of its corners' factors. They are odd, so that no key is null, and far apart: where sums
@@ -52,8 +54,7 @@ public:
 
   void read(const Elem* elements, std::size_t count) {
     // What the database does not know it leaves untouched.
-    for (std::size_t i = 0; i < count; ++i)
-      nodes_[i * stride_] = 0;
+    std::fill_n(nodes_.begin(), count * stride_, 0);
     MeshData::Count length = count * stride_;
     static_assert(sizeof(Node) == sizeof(std::uint64_t) && std::is_standard_layout_v<Node>, "a handle is its value");
     database_.get_connectivity(count, elements, &length, reinterpret_cast<Node*>(nodes_.data()));
@@ -76,41 +77,57 @@ private:
   std::vector<std::uint64_t> nodes_;
 };
 
-bool all_differ(const ExteriorSides::Corners& corners) {
-  const std::uint64_t* const at = corners.nodes;
-  return at[0] != at[1] && at[1] != at[2] && at[2] != at[0] && at[3] != at[0] && at[3] != at[1] && at[3] != at[2];
+void sort_pair(std::uint64_t& a, std::uint64_t& b) {
+  const std::uint64_t low = smaller(a, b);
+  b = a < b ? b : a;
+  a = low;
 }
 
-ExteriorSides::Corners corners_of(const SideShape& side, const std::uint64_t* solid_corners, std::uint64_t key) {
-  ExteriorSides::Corners corners{};
-  corners.count = side.corner_count;
-  corners.key = key;
-  for (int corner = 0; corner < corners.count; ++corner)
-    corners.nodes[corner] = solid_corners[side.nodes[corner]];
-  return corners;
+void sort(ExteriorSides::Corners& corners) {
+  std::uint64_t* const at = corners.nodes;
+  sort_pair(at[0], at[1]);
+  sort_pair(at[2], at[3]);
+  sort_pair(at[0], at[2]);
+  sort_pair(at[1], at[3]);
+  sort_pair(at[1], at[2]);
 }
 
-/// Leaves repeated corners out of the key; gives the number of different ones.
-int merge_repeated(ExteriorSides::Corners& corners) {
-  int distinct = 0;
-  corners.key = 1;
-  const std::uint64_t* const first = corners.nodes;
-  for (const std::uint64_t* node = first; node != first + corners.count; ++node) {
-    if (std::find(first, node, *node) != node) continue;
-    ++distinct;
-    corners.key *= factor(*node);
+/// Ascending, with repeated corners only once; triangles come with a null. False for fewer than three.
+bool put_in_order(ExteriorSides::Corners& corners) {
+  sort(corners);
+  std::uint64_t* const at = corners.nodes;
+  bool repeated = false;
+  for (int i = 1; i < 4; ++i) {
+    if (at[i] != at[i - 1]) continue;
+    at[i - 1] = 0;
+    repeated = true;
   }
-  return distinct;
-}
-
-bool all_among(const ExteriorSides::Corners& some, const ExteriorSides::Corners& corners) {
-  const std::uint64_t* const end = corners.nodes + corners.count;
-  return std::all_of(some.nodes, some.nodes + some.count,
-                     [&corners, end](std::uint64_t node) { return std::find(corners.nodes, end, node) != end; });
+  if (repeated) sort(corners);
+  return at[1] != 0;
 }
 
 bool is_same_side(const ExteriorSides::Corners& a, const ExteriorSides::Corners& b) {
-  return a.key == b.key && all_among(a, b) && all_among(b, a);
+  return ((a.nodes[0] ^ b.nodes[0]) | (a.nodes[1] ^ b.nodes[1]) | (a.nodes[2] ^ b.nodes[2]) |
+          (a.nodes[3] ^ b.nodes[3])) == 0;
+}
+
+std::uint64_t key_of(const ExteriorSides::Corners& corners) {
+  std::uint64_t key = 1;
+  for (const std::uint64_t node : corners.nodes)
+    key *= factor(node);
+  return key;
+}
+
+/// Sum of the products of the ends of each edge.
+std::uint64_t sum_of_edges(const std::uint64_t* corners, std::uint32_t count) {
+  std::uint64_t sum = 0;
+  std::uint64_t last = factor(corners[count - 1]);
+  for (std::uint32_t k = 0; k < count; ++k) {
+    const std::uint64_t next = factor(corners[k]);
+    if (last != next) sum ^= last * next;
+    last = next;
+  }
+  return sum;
 }
 
 // Kinds whose solids share nodes with many others need fewer slots.
@@ -121,7 +138,7 @@ std::uint64_t expected_nodes(const ElementRuns& list) {
 
 } // namespace
 
-ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists, std::uint64_t trusted) {
+ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>& lists, std::uint32_t trusted) {
   if (lists.empty()) return;
   choose_slots(database, lists);
   for (const ElementRuns& list : lists)
@@ -129,10 +146,8 @@ ExteriorSides::ExteriorSides(MeshData& database, const std::vector<ElementRuns>&
   mark_open_slots(trusted);
   list_all_open_sides(database, lists);
   // Sides of solids that turn out to lack a corner may have made those of others vanish.
-  if (lowest_node_ != 0 && !has_border()) return;
-  std::fill(states_.begin(), states_.end(), Open);
-  candidates_.clear();
-  crowded_.clear();
+  if (lowest_node_ != 0 && sum_of_edges_ == 0) return;
+  mark_all_slots();
   list_all_open_sides(database, lists);
 }
 
@@ -141,10 +156,9 @@ void ExteriorSides::cover(const Node* corners, int count) {
   Corners shell{};
   for (int corner = 0; corner < count; ++corner)
     shell.nodes[corner] = rotated(corners[corner].value, rotation_);
-  shell.count = count;
-  merge_repeated(shell);
   const std::uint64_t slot = *std::min_element(shell.nodes, shell.nodes + count) & mask_;
-  if (states_[slot] < Listed) return;
+  put_in_order(shell);
+  if (!is_open(slot)) return;
   if (Candidate* const covered = find(slot, shell)) covered->is_exterior = false;
 }
 
@@ -196,13 +210,13 @@ template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database,
     nodes.read(elements, count);
     // Copies, which no word written to can be mistaken for.
     const std::uint64_t mask = mask_;
-    std::uint64_t* const words = words_.data();
+    std::uint32_t* const words = words_.data();
     std::uint64_t lowest = lowest_node_;
     for (std::size_t i = 0; i < count; ++i) {
       if (!nodes.is_known(i)) continue;
       const SideKeys<Type> sides(nodes.of(i));
       for (int side = 0; side < Fold::sides; ++side)
-        words[sides.smallest[side] & mask] ^= sides.keys[side];
+        words[sides.smallest[side] & mask] ^= static_cast<std::uint32_t>(sides.keys[side] >> 32);
       // These two have every corner between them.
       lowest = std::min({lowest, sides.smallest[Fold::first_half], sides.smallest[Fold::other_half]});
     }
@@ -210,15 +224,23 @@ template <ElementType Type> void ExteriorSides::toggle_sides(MeshData& database,
   });
 }
 
-void ExteriorSides::mark_open_slots(std::uint64_t trusted) {
-  states_.resize(words_.size());
-  std::uint64_t open = 0;
+void ExteriorSides::mark_open_slots(std::uint32_t trusted) {
+  open_.resize(words_.size());
+  std::uint64_t open_count = 0;
   for (std::size_t slot = 0; slot < words_.size(); ++slot) {
-    states_[slot] = (words_[slot] & trusted) != 0 ? Open : Closed;
-    open += states_[slot];
+    const bool open = (words_[slot] & trusted) != 0;
+    open_[slot] = open;
+    open_count += open;
+    words_[slot] = open ? no_candidate : 0;
   }
-  // Room that is never written to costs nothing.
-  candidates_.reserve(8 * open);
+  candidates_.reserve(2 * open_count);
+}
+
+void ExteriorSides::mark_all_slots() {
+  open_.assign(open_.size(), 1);
+  words_.assign(words_.size(), no_candidate);
+  candidates_.clear();
+  crowded_.clear();
 }
 
 void ExteriorSides::list_all_open_sides(MeshData& database, const std::vector<ElementRuns>& lists) {
@@ -238,90 +260,66 @@ void ExteriorSides::list_open_sides(MeshData& database, const ElementRuns& list,
   list.for_each_chunk([&](const Elem* elements, std::size_t count) {
     nodes.read(elements, count);
     const std::uint64_t mask = mask_;
-    const unsigned char* const states = states_.data();
+    const unsigned char* const open = open_.data();
     for (std::size_t i = 0; i < count; ++i, ++solid) {
       const std::uint64_t* const corners = nodes.of(i);
-      unsigned char any = Closed;
-      for (int corner = 0; corner < Fold::corners; ++corner)
-        any |= states[corners[corner] & mask];
-      if (any == Closed || !nodes.is_whole(i)) continue;
-      const SideKeys<Type> sides(corners);
-      for (int side = 0; side < Fold::sides; ++side) {
-        const std::uint64_t slot = sides.smallest[side] & mask;
-        if (states_[slot] != Closed)
-          list_side(slot, corners_of(shape.sides[side], corners, sides.keys[side]), solid, side);
+      unsigned char any = 0;
+      for (int corner = 0; corner < Fold::corners; ++corner) {
+        any |= open[corners[corner] & mask];
       }
+      if (any == 0 || !nodes.is_whole(i)) continue;
+      std::uint64_t smallest[Fold::sides];
+      Fold::fold(corners, smaller, smallest);
+      for (int side = 0; side < Fold::sides; ++side)
+        if (is_open(smallest[side] & mask)) list_side(smallest[side] & mask, corners, shape.sides[side], solid, side);
     }
   });
 }
 
-void ExteriorSides::list_side(std::uint64_t slot, Corners corners, std::uint32_t solid, int side) {
-  if (!all_differ(corners) && merge_repeated(corners) < 3) return;
-  if (states_[slot] == Open) {
-    states_[slot] = Listed;
-    words_[slot] = no_candidate;
-  }
+void ExteriorSides::list_side(std::uint64_t slot, const std::uint64_t* solid_corners, const SideShape& shape,
+                              std::uint32_t solid, int side) {
+  Corners corners{};
+  for (std::uint32_t corner = 0; corner < shape.corner_count; ++corner)
+    corners.nodes[corner] = solid_corners[shape.nodes[corner]];
+  const std::uint64_t edges = sum_of_edges(corners.nodes, shape.corner_count);
+  if (!put_in_order(corners)) return;
+  // Edges that come in pairs vanish from the sum.
+  sum_of_edges_ ^= edges;
   if (Candidate* const same = find(slot, corners)) {
     same->is_exterior = false;
-    same->is_odd = !same->is_odd;
     return;
   }
   const auto place = static_cast<std::uint32_t>(candidates_.size());
   Candidate& listed = *candidates_.append(1);
   listed.corners = corners;
   listed.solid = solid;
-  listed.side = side;
+  listed.side = static_cast<unsigned char>(side);
   listed.is_exterior = true;
-  listed.is_odd = true;
-  if (states_[slot] == Crowded) {
-    std::uint32_t& first = crowded_.insert(corners.key, no_candidate);
-    listed.next = std::exchange(first, place);
-  } else {
-    listed.next = static_cast<std::uint32_t>(words_[slot]);
-    words_[slot] = place;
-  }
+  std::uint32_t& first = words_[slot] == crowd ? crowded_.insert(key_of(corners), no_candidate) : words_[slot];
+  listed.next = std::exchange(first, place);
 }
 
 ExteriorSides::Candidate* ExteriorSides::find(std::uint64_t slot, const Corners& corners) {
-  std::uint32_t at = no_candidate;
-  if (states_[slot] == Crowded) {
-    if (const std::uint32_t* const first = crowded_.find(corners.key)) at = *first;
-  } else {
-    at = static_cast<std::uint32_t>(words_[slot]);
+  std::uint32_t at = words_[slot];
+  if (at == crowd) {
+    const std::uint32_t* const first = crowded_.find(key_of(corners));
+    at = first ? *first : no_candidate;
   }
   int passed = 0;
   for (; at != no_candidate; at = candidates_[at].next, ++passed)
     if (is_same_side(candidates_[at].corners, corners)) return &candidates_[at];
-  if (passed > longest_chain && states_[slot] == Listed) spread_chain(slot);
+  if (passed > longest_chain && words_[slot] != crowd) spread_chain(slot);
   return nullptr;
 }
 
 // A node that very many sides share, the hub of a wheel say, would be walked through again for each of them.
 void ExteriorSides::spread_chain(std::uint64_t slot) {
-  auto at = static_cast<std::uint32_t>(words_[slot]);
+  std::uint32_t at = std::exchange(words_[slot], crowd);
   while (at != no_candidate) {
     Candidate& moved = candidates_[at];
-    std::uint32_t& first = crowded_.insert(moved.corners.key, no_candidate);
+    std::uint32_t& first = crowded_.insert(key_of(moved.corners), no_candidate);
     at = std::exchange(moved.next, std::exchange(first, at));
   }
-  states_[slot] = Crowded;
-}
-
-// Whether some edge belongs to an odd number of the sides that an odd number of solids has: edges that come in pairs
-// vanish from the sum.
-bool ExteriorSides::has_border() const {
-  std::uint64_t sum_of_edges = 0;
-  for (const Candidate& side : candidates_) {
-    if (!side.is_odd) continue;
-    const std::uint64_t* const nodes = side.corners.nodes;
-    std::uint64_t last = factor(nodes[side.corners.count - 1]);
-    for (int k = 0; k < side.corners.count; ++k) {
-      const std::uint64_t next = factor(nodes[k]);
-      if (last != next) sum_of_edges ^= last * next;
-      last = next;
-    }
-  }
-  return sum_of_edges != 0;
 }
 
 } // namespace Tarn

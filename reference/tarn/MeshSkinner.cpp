@@ -171,13 +171,15 @@ void MeshSkinner::Private::add_solids(const ElementRuns& list, std::uint64_t fir
   const ElementShape& shape = Tarn::element_shape(list.type());
   std::vector<Elem> outer;
   ElementCursor cursor(list);
+  std::size_t count = 0;
   for (CandidateIt side = begin; side != end; ++side) {
     if (!side->is_exterior) continue;
+    ++count;
     cursor.move_to(side->solid - first);
     if (outer.empty() || outer.back() != cursor.element()) outer.push_back(cursor.element());
   }
-  sides.reserve_more(static_cast<std::size_t>(end - begin));
-  nodes.reserve_more(static_cast<std::size_t>(end - begin) * 4);
+  sides.reserve_more(count);
+  nodes.reserve_more(count * 4);
   SolidNodes solid_nodes(database(), list.type(), std::move(outer));
   ElementCursor solid(list);
   for (CandidateIt side = begin; side != end; ++side) {
@@ -185,7 +187,8 @@ void MeshSkinner::Private::add_solids(const ElementRuns& list, std::uint64_t fir
     solid.move_to(side->solid - first);
     solid_nodes.move_to(solid.element());
     const int node_count = add_side_nodes(shape, side->side, solid_nodes);
-    sides.push_back({side->corners.count, node_count, nullptr, solid.element(), solid.position()});
+    sides.push_back({static_cast<int>(shape.sides[side->side].corner_count), node_count, nullptr, solid.element(),
+                     solid.position()});
   }
 }
 

@@ -25,8 +25,11 @@ void ForeignMeshData::get_connectivity(Count count, const Elem* list, Count* len
   const Count stride = count ? *length / count : 0;
   for (Count i = 0; i < count; ++i) {
     const auto found = elements.find(list[i].value);
-    for (Count k = 0; k < stride; ++k)
-      out[i * stride + k] = found != elements.end() && k < found->second.nodes.size() ? found->second.nodes[k] : Node();
+    for (Count k = 0; k < stride; ++k) {
+      const bool has_node = found != elements.end() && k < found->second.nodes.size();
+      const Node node = has_node ? found->second.nodes[k] : Node();
+      if (node != Node() || !leaves_nulls_unwritten) out[i * stride + k] = node;
+    }
   }
   *length = count * stride;
 }

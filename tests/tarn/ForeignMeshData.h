@@ -19,6 +19,7 @@ public:
 
   std::map<std::uint64_t, Element> elements;
   std::map<std::uint64_t, std::array<double, 3>> nodes;
+  bool leaves_nulls_unwritten = false; ///< entries of connectivity that it has no node for are left as they were
 
   void get_element_id(Elem, int*) override {}
   void get_element_global_id(Elem, int*, bool*) override {}
