@@ -31,8 +31,8 @@ public:
   /// else asks the window for, such as an interactor, is drawn in the same way.
   void render();
   /// Draws a frame without 2-D props and without props that cannot be picked, surfaces opaque, so that the depth buffer
-  /// holds the model alone: to be called before a region pick of visible entities only. The next `render()` shows the
-  /// whole picture again.
+  /// holds the model alone: to be called before asking a picker itself for the visible entities of a region. The next
+  /// `render()` shows the whole picture again.
   void render_depth();
 
   /// The open views, in order of construction.

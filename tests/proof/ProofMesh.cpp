@@ -12,6 +12,17 @@ using Tarn::ElementType;
 
 Point between(const Point& a, const Point& b) { return {(a[0] + b[0]) / 2, (a[1] + b[1]) / 2, (a[2] + b[2]) / 2}; }
 
+bool is_kept(const Point& point, const Clip& clip) {
+  double side = 0;
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    side += (point[axis] - clip.origin[axis]) * clip.normal[axis];
+  return !clip.on || side >= 0;
+}
+
+bool is_one_of(const std::vector<int>& owners, int owner) {
+  return std::find(owners.begin(), owners.end(), owner) != owners.end();
+}
+
 // The outer faces: those that one solid has.
 std::vector<std::vector<int>> outer_faces(const Mesh& mesh) {
   std::map<std::vector<int>, std::pair<int, std::vector<int>>> seen;
@@ -120,6 +131,8 @@ void Mesh::fill() {
 
 MeshVector Mesh::of_owner(int owner) const {
   MeshVector list;
+  for (const auto& [node, of] : lone_nodes)
+    if (of == owner) list.nodes.push_back(handles[std::size_t(node)]);
   for (const Element& element : elements)
     if (element.owner == owner) list.elements[element.type].push_back(element.handle);
   return list;
@@ -128,16 +141,17 @@ MeshVector Mesh::of_owner(int owner) const {
 std::vector<char> Mesh::shown(const std::vector<int>& hidden_owners, const Clip& clip) const {
   std::vector<char> shown;
   for (const Element& element : elements) {
-    bool is_left = !clip.on;
-    for (const int node : element.nodes) {
-      double side = 0;
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        side += (points[std::size_t(node)][axis] - clip.origin[axis]) * clip.normal[axis];
-      is_left = is_left || side >= 0;
-    }
-    const bool is_hidden = std::find(hidden_owners.begin(), hidden_owners.end(), element.owner) != hidden_owners.end();
-    shown.push_back(is_left && !is_hidden);
+    const bool is_left = std::any_of(element.nodes.begin(), element.nodes.end(),
+                                     [&](int node) { return is_kept(points[std::size_t(node)], clip); });
+    shown.push_back(is_left && !is_one_of(hidden_owners, element.owner));
   }
+  return shown;
+}
+
+std::vector<char> Mesh::shown_lone_nodes(const std::vector<int>& hidden_owners, const Clip& clip) const {
+  std::vector<char> shown;
+  for (const auto& [node, owner] : lone_nodes)
+    shown.push_back(is_kept(points[std::size_t(node)], clip) && !is_one_of(hidden_owners, owner));
   return shown;
 }
 

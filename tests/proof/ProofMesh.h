@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// What the proofs hold the pick system against: meshes written down in plain lists, with tables of their own. The
@@ -37,6 +38,7 @@ struct Clip {
 struct Mesh {
   std::vector<Point> points;
   std::vector<Element> elements;
+  std::vector<std::pair<int, int>> lone_nodes; ///< nodes drawn in their own right: position in `points`, owner
   int owner_count = 1;
 
   std::unique_ptr<Tarn::MeshDatabase> database; ///< once filled
@@ -56,6 +58,8 @@ struct Mesh {
   MeshVector of_owner(int owner) const;
   /// Of each element, whether it shows: its owner is not hidden, and some node is left.
   std::vector<char> shown(const std::vector<int>& hidden_owners, const Clip& clip) const;
+  /// The same of each lone node.
+  std::vector<char> shown_lone_nodes(const std::vector<int>& hidden_owners, const Clip& clip) const;
   /// Smallest and largest coordinates: x y z x y z.
   std::array<double, 6> bounds() const;
 };

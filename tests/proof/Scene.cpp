@@ -54,7 +54,7 @@ Stage::Stage(Scene& scene) : scene_(scene) {
   show(scene.hidden, scene.clip);
 }
 
-void Stage::show(const std::vector<int>& hidden, const Clip& clip) {
+void Stage::show(const std::vector<int>& hidden, const Clip& clip, bool draw) {
   for (int owner = 0; owner < scene_.mesh.owner_count; ++owner)
     model_->set_visibility(scene_.mesh.owners[std::size_t(owner)],
                            std::find(hidden.begin(), hidden.end(), owner) == hidden.end());
@@ -63,7 +63,7 @@ void Stage::show(const std::vector<int>& hidden, const Clip& clip) {
   plane->SetNormal(clip.normal[0], clip.normal[1], clip.normal[2]);
   model_->set_clipping_plane(clip.on ? plane.Get() : nullptr);
   shown_ = scene_.mesh.shown(hidden, clip);
-  window_->Render();
+  if (draw) window_->Render();
 }
 
 } // namespace proof

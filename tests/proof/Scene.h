@@ -56,8 +56,8 @@ public:
   vtkRenderWindow* window() { return window_; }
   /// Of each element, whether it shows.
   const std::vector<char>& shown() const { return shown_; }
-  /// Says anew what is hidden and clipped.
-  void show(const std::vector<int>& hidden, const Clip& clip);
+  /// Says anew what is hidden and clipped, and draws a frame.
+  void show(const std::vector<int>& hidden, const Clip& clip, bool draw = true);
 
 private:
   Scene& scene_;

@@ -1,5 +1,6 @@
 #include "platform/base/GPickerBase.h"
 
+#include "platform/base/GModel.h"
 #include "platform/base/GPicker.h"
 #include "platform/base/GView.h"
 #include "platform/base/MultiCellPicker.h"
@@ -8,6 +9,7 @@
 #include "reference/base/pick/PickRanking.h"
 #include "reference/base/pick/PickState.h"
 #include "reference/base/pick/SelectionBuffer.h"
+#include "reference/base/view/Stage.h"
 
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
@@ -25,9 +27,16 @@ constexpr double usual_dpi = 96.0;
 
 PickState& state() { return PickState::instance(); }
 
-bool is_open(GView* view) {
-  const auto& views = GView::views();
-  return view && std::find(views.begin(), views.end(), view) != views.end();
+bool is_open(GView* view) { return Stage::instance().is_open(view); }
+
+// Pickers walk what the views draw. What a host hid or changed since the last frame must not be met in its old state.
+// False: the view is not open (any more).
+bool bring_up_to_date(GView* view) {
+  if (!is_open(view)) return false;
+  const Stage& stage = Stage::instance();
+  for (GModel* model : std::vector<GModel*>(stage.models))
+    if (stage.is_hooked(model)) model->update_parts();
+  return is_open(view);
 }
 
 bool is_registered(GPicker* picker) {
@@ -199,7 +208,7 @@ void GPickerBase::set_pre_selection(const EntitySelection& selection) {
 }
 
 bool GPickerBase::pick(GView* view, float x, float y, Change change) {
-  if (!is_open(view)) return false;
+  if (!bring_up_to_date(view)) return false;
   const std::vector<PickHit> hits =
       pick_by_ray(view, [&](GPicker* picker) { picker->compute_pick(view->renderer(), x, y); });
   set_possible(hits);
@@ -208,6 +217,8 @@ bool GPickerBase::pick(GView* view, float x, float y, Change change) {
 }
 
 bool GPickerBase::pick_by_bounds(GView* view, PickBounds& bounds, Change change) {
+  if (!bring_up_to_date(view)) return false;
+  if (MultiCellPicker::mSelectVisibleOnly) view->render_depth();
   if (!is_open(view)) return false;
   SelectionBuffer hits;
   gather(hits, [&](GPicker* picker) { picker->compute_pick_by_bounds(view->renderer(), &bounds); });
@@ -217,7 +228,7 @@ bool GPickerBase::pick_by_bounds(GView* view, PickBounds& bounds, Change change)
 }
 
 bool GPickerBase::hover(GView* view, float x, float y) {
-  if (!is_open(view)) return false;
+  if (!bring_up_to_date(view)) return false;
   const std::vector<PickHit> hits =
       pick_by_ray(view, [&](GPicker* picker) { picker->compute_pre_select(view->renderer(), x, y); });
   if (hits.empty())
