@@ -1,7 +1,6 @@
 #include "reference/tarn/HugePages.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 #if defined(__linux__)
 #include <sys/mman.h>
@@ -9,14 +8,9 @@
 
 namespace Tarn {
 
-#if defined(__linux__)
-namespace {
-constexpr std::uintptr_t huge = std::uintptr_t(1) << 21;
-}
-#endif
-
 void prefer_huge_pages(void* block, std::size_t bytes) {
 #if defined(__linux__)
+  constexpr std::uintptr_t huge = std::uintptr_t(1) << 21;
   const auto begin = reinterpret_cast<std::uintptr_t>(block);
   const std::uintptr_t first = (begin + huge - 1) & ~(huge - 1);
   const std::uintptr_t last = (begin + bytes) & ~(huge - 1);
@@ -25,18 +19,6 @@ void prefer_huge_pages(void* block, std::size_t bytes) {
   static_cast<void>(block);
   static_cast<void>(bytes);
 #endif
-}
-
-void* allocate_block(std::size_t bytes) {
-#if defined(__linux__)
-  if (bytes >= huge / 2 && bytes <= SIZE_MAX - huge) {
-    const std::size_t whole = (bytes + huge - 1) & ~(huge - 1);
-    void* const block = std::aligned_alloc(huge, whole);
-    if (block) prefer_huge_pages(block, whole);
-    return block;
-  }
-#endif
-  return std::malloc(bytes);
 }
 
 } // namespace Tarn

@@ -84,9 +84,10 @@ private:
   void reallocate(std::size_t capacity) {
     if (capacity > maximum()) throw std::length_error("PodArray");
     const std::size_t bytes = capacity * sizeof(T);
-    void* const grown = data_ ? std::realloc(static_cast<void*>(data_), bytes) : allocate_block(bytes);
+    // Not aligned to large pages, which saves little: blocks freed would fit no later one, and the heap grow with each.
+    void* const grown = std::realloc(static_cast<void*>(data_), bytes);
     if (!grown) throw std::bad_alloc();
-    if (data_) prefer_huge_pages(grown, bytes);
+    prefer_huge_pages(grown, bytes);
     data_ = static_cast<T*>(grown);
     capacity_ = capacity;
   }
