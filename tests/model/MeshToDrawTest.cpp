@@ -195,6 +195,13 @@ TEST_F(MeshToDraw, GivenADatabaseThatDoesNotAnswer_WhenAsked_ThenNothingIsMadeUp
     EXPECT_THAT(out.nodes, IsEmpty());
     EXPECT_THAT(out.elements[Tarn::Hex], ElementsAre(of_kind[Tarn::Hex]));
   }
+  database.answer_well();
+  database.fail("get_owner_element_count");
+  database.forget_calls();
+  MeshVector out;
+  model.get_mesh_to_draw(owner, out);
+  EXPECT_EQ(static_cast<std::size_t>(out.size()), out.nodes.size()) << "no elements";
+  EXPECT_EQ(database.count("get_owner_elements"), 0U);
 }
 
 TEST_F(MeshToDraw, GivenEveryOwner_WhenAddedAsDrawn_ThenItsGroupHoldsTheSameAfterAReportedChange) {
