@@ -29,6 +29,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <map>
 #include <memory>
@@ -92,6 +93,15 @@ std::vector<vtkDataSet*> data_sets(vtkMultiBlockDataSet* blocks) {
   for (unsigned int i = 0; i < blocks->GetNumberOfBlocks(); ++i)
     if (auto* data = vtkDataSet::SafeDownCast(blocks->GetBlock(i))) found.push_back(data);
   return found;
+}
+
+// The group behind a block, if it is shown. One that was hidden or clipped since the last frame still has its block as
+// it was: hiding counts at once, and asking for the grid makes clipping count too.
+GMeshGroup* group_behind(vtkDataSet* data) {
+  GMeshGroup* group = GMeshGroup::get_group(data);
+  if (!group || !group->get_visibility()) return nullptr;
+  group->get_2d_data();
+  return group;
 }
 
 bool ray_meets(vtkDataSet* data, const double* ray, double tolerance) {
@@ -240,7 +250,7 @@ void GMeshPicker::compute_pick(vtkRenderer* renderer, float x, float y, bool use
     if (!blocks) continue;
     for (vtkDataSet* data : data_sets(blocks)) {
       if (!ray_meets(data, ray, tolerance)) continue;
-      GMeshGroup* group = GMeshGroup::get_group(data);
+      GMeshGroup* group = group_behind(data);
       if (!group) continue;
       Tarn::MeshData* db = group->get_model()->database();
       PickInterface picker(db);
@@ -259,6 +269,7 @@ void GMeshPicker::compute_pre_select(vtkRenderer* renderer, float x, float y, bo
 }
 
 void GMeshPicker::compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* bounds, bool use_filter) {
+  if (!renderer->GetRenderWindow()) return; // nothing is on a screen
   vtkNew<vtkMatrix4x4> matrix;
   get_projection(renderer, matrix);
   Verdicts verdicts(renderer, matrix, MultiCellPicker::mSelectVisibleOnly);
@@ -267,11 +278,12 @@ void GMeshPicker::compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* boun
   std::vector<Node> nodes;
   std::vector<Elem> elements;
   for (vtkActor* actor : pickable_actors(renderer)) {
-    if (!bounds->test(OBPickUtil::convert_world_bbox_to_display_bbox(actor->GetBounds(), matrix, renderer))) continue;
+    const double* box = actor->GetBounds();
+    if (!box || !bounds->test(OBPickUtil::convert_world_bbox_to_display_bbox(box, matrix, renderer))) continue;
     vtkMultiBlockDataSet* blocks = mesh_data(actor);
     if (!blocks) continue;
     for (vtkDataSet* data : data_sets(blocks)) {
-      GMeshGroup* group = GMeshGroup::get_group(data);
+      GMeshGroup* group = group_behind(data);
       if (!group) continue;
       Tarn::MeshData* db = group->get_model()->database();
       PickInterface picker(db);
@@ -320,7 +332,9 @@ void GMeshPicker::compute_pick_tolerance(vtkRenderer* renderer, double& toleranc
   const int* size = renderer->GetSize();
   const double width = size[0];
   const double height = size[1];
-  const int diagonal2 = size[0] * size[0] + size[1] * size[1];
+  // In 32 bits, as one integer: the sum of a window of more than 2^31 square pixels wraps.
+  const auto square = [](int side) { return static_cast<std::uint32_t>(side) * static_cast<std::uint32_t>(side); };
+  const auto diagonal2 = static_cast<std::int32_t>(square(size[0]) + square(size[1]));
   const double pixels = MultiCellPicker::PickToleranceByWindowDiagonal() * 0.5 * std::sqrt(double(diagonal2));
   tolerance = 0.0;
   double display[3];

@@ -270,7 +270,7 @@ void PickInterface::pickVerticesTemplate(const std::vector<Elem>& elements, doub
   for (const Elem element : elements) {
     Count count = 0;
     database_->get_element_node_count(element, &count);
-    nodes.resize(count);
+    nodes.assign(count, Node{});
     const Count capacity = count;
     if (database_->get_element_vertices(element, &count, capacity, nodes.data()) != 0) continue;
     nodes.resize(std::min(count, capacity));
@@ -288,7 +288,7 @@ void PickInterface::pickEdgesTemplate(const std::vector<Elem>& elements, double*
     edges.clear();
     const std::size_t end = std::min(elements.size(), (batch + 1) * edge_batch);
     for (std::size_t i = batch * edge_batch; i < end; ++i) {
-      adjacent.resize(edge_capacity);
+      adjacent.assign(edge_capacity, Elem{});
       Count count = edge_capacity;
       if (database_->get_adjacencies(elements[i], 1, 2, &count, adjacent.data()) != 0) continue;
       edges.insert(edges.end(), adjacent.begin(), adjacent.begin() + std::min(count, edge_capacity));

@@ -110,8 +110,8 @@ protected:
 private:
   Tarn::MeshData* database_;
   double tolerance_ = 0.0;
-  vtkMatrix4x4* transform_;
-  int display_size_[2];
-  double viewport_[4];
+  vtkMatrix4x4* transform_ = nullptr; // until `setTransform`
+  int display_size_[2] = {};
+  double viewport_[4] = {};
   bool partial_accept_ = true;
 };

@@ -164,7 +164,7 @@ void PickInterface::pickVerticesTemplate(const std::vector<Elem>& elements, Pick
   std::vector<Node> nodes;
   for (std::size_t begin = 0; begin < elements.size(); begin += vertex_batch) {
     const std::size_t batch = std::min(vertex_batch, elements.size() - begin);
-    nodes.resize(nodes_per_element * batch);
+    nodes.assign(nodes_per_element * batch, Node{});
     const Count capacity = nodes.size();
     Count count = capacity;
     if (database_->get_nodes_of_elements(batch, &elements[begin], 0, &count, nodes.data()) != 0) continue;
