@@ -43,8 +43,8 @@ struct ThreeElements {
   Tarn::ElementType type;
 };
 
-constexpr Tarn::ElementType kTested[] = {Tarn::Edge, Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge,
-                                         Tarn::Pyramid};
+constexpr Tarn::ElementType kTested[] = {Tarn::Edge, Tarn::Tri,   Tarn::Quad,   Tarn::Tet,
+                                         Tarn::Hex,  Tarn::Wedge, Tarn::Pyramid};
 
 // ------------------------------------------------------------------------------------------ failing
 
@@ -268,8 +268,8 @@ TEST(LyingDatabase, GivenASolidThatChangesItsKind_WhenPicked_ThenTheSecondAnswer
   TwoFaced db(*mesh.database);
   PickInterface picker(&db);
   picker.setTolerance(0.01);
-  for (const auto& [type, found] :
-       std::vector<std::pair<unsigned, std::size_t>>{{0, 0}, {1, 0}, {2, 0}, {4, 0}, {6, 1}, {9, 0}, {10, 0}, {99, 0}}) {
+  for (const auto& [type, found] : std::vector<std::pair<unsigned, std::size_t>>{
+           {0, 0}, {1, 0}, {2, 0}, {4, 0}, {6, 1}, {9, 0}, {10, 0}, {99, 0}}) {
     db.says = type;
     Ray ray = down_at(0.25, 0.5);
     ElementHits hits;

@@ -14,11 +14,12 @@ using testing::SizeIs;
 
 namespace {
 
-const std::vector<std::string> kQuestions = {"Hex",  "Tet",           "Pyramid",         "Wedge", "Knife",
-                                             "Superelement", "Face",  "Tri",             "Edge",  "Node",
-                                             "ThreeDimElement",       "TwoDimElement",   "Element"};
+const std::vector<std::string> kQuestions = {"Hex",    "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
+                                             "Face",   "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement",
+                                             "Element"};
 
-// One of each kind and two nodes besides. A pick is told from the calls that it makes: which stage looked at which list.
+// One of each kind and two nodes besides. A pick is told from the calls that it makes: which stage looked at which
+// list.
 class Candidates : public testing::TestWithParam<bool> {
 protected:
   Candidates() : mesh_(test_support::each_linear_kind()), db_(*mesh_.database) {
@@ -55,7 +56,7 @@ protected:
     for (const auto& call : db_.calls()) {
       std::string stage;
       if (call.operation == "get_coordinate_arrays" && call.handles.size() == 2 &&
-          call.handles[0] == set_.nodes[0].value)
+          call.handles[0] == set_.nodes[0].value && call.handles[1] == set_.nodes[1].value)
         stage = "nodes";
       else if (call.operation == vertices)
         stage = "vertices " + kind_of(call.handles[0]);
@@ -81,8 +82,9 @@ protected:
   }
 
   std::vector<std::string> node_stages() const {
-    std::vector<std::string> stages = {"nodes",         "vertices OneNode", "vertices Edge",    "vertices Tri", "vertices Quad",
-                                       "vertices Hex",  "vertices Tet",     "vertices Pyramid", "vertices Wedge"};
+    std::vector<std::string> stages = {"nodes",        "vertices OneNode", "vertices Edge",
+                                       "vertices Tri", "vertices Quad",    "vertices Hex",
+                                       "vertices Tet", "vertices Pyramid", "vertices Wedge"};
     if (!by_ray()) stages.erase(stages.begin() + 1);
     return stages;
   }
@@ -128,7 +130,8 @@ TEST_P(Candidates, GivenElementAlone_WhenPicked_ThenEveryKindIsLookedAt) {
 }
 
 TEST_P(Candidates, GivenOneName_WhenPicked_ThenItAdmitsItsListsOnly) {
-  const std::vector<std::string> super = by_ray() ? std::vector<std::string>{"entities Superelement"} : std::vector<std::string>{};
+  const std::vector<std::string> super =
+      by_ray() ? std::vector<std::string>{"entities Superelement"} : std::vector<std::string>{};
   const std::vector<std::pair<std::string, std::vector<std::string>>> rows = {
       {"Hex", {"entities Hex"}},
       {"Tet", {"entities Tet"}},
@@ -140,8 +143,7 @@ TEST_P(Candidates, GivenOneName_WhenPicked_ThenItAdmitsItsListsOnly) {
       {"Tri", {"entities Tri"}},
       {"Edge", edge_stages()},
       {"Node", node_stages()},
-      {"ThreeDimElement",
-       joined({{"entities Hex", "entities Tet", "entities Pyramid", "entities Wedge"}, super})},
+      {"ThreeDimElement", joined({{"entities Hex", "entities Tet", "entities Pyramid", "entities Wedge"}, super})},
       {"TwoDimElement", {"entities Tri", "entities Quad"}},
       {"Quad", {}}}; // not a filter's name
   for (const auto& [name, expected] : rows) {

@@ -57,7 +57,8 @@ int IntersectLineWithLine(const double* p1, const double* p2, const double* q1, 
                           double& t, double* hit, double& u, double& distance) {
   int result = 0;
   if (answer({"line", joined({p1, p2, q1, q2}), tolerance}, hit, distance, result)) return result;
-  static const auto next = real<decltype(&IntersectLineWithLine)>("_ZN10OBPickUtil21IntersectLineWithLineEPKdS1_S1_S1_dRdPdS2_S2_");
+  static const auto next =
+      real<decltype(&IntersectLineWithLine)>("_ZN10OBPickUtil21IntersectLineWithLineEPKdS1_S1_S1_dRdPdS2_S2_");
   return next(p1, p2, q1, q2, tolerance, t, hit, u, distance);
 }
 
@@ -65,8 +66,8 @@ int IntersectTriangleWithLine(const double* a, const double* b, const double* c,
                               double tolerance, double& t, double* hit, double* barycentric, double& distance) {
   int result = 0;
   if (answer({"triangle", joined({a, b, c, p1, p2}), tolerance}, hit, distance, result)) return result;
-  static const auto next =
-      real<decltype(&IntersectTriangleWithLine)>("_ZN10OBPickUtil25IntersectTriangleWithLineEPKdS1_S1_S1_S1_dRdPdS3_S2_");
+  static const auto next = real<decltype(&IntersectTriangleWithLine)>(
+      "_ZN10OBPickUtil25IntersectTriangleWithLineEPKdS1_S1_S1_S1_dRdPdS3_S2_");
   return next(a, b, c, p1, p2, tolerance, t, hit, barycentric, distance);
 }
 

@@ -67,8 +67,8 @@ public:
 
   std::function<bool(const double*)> point = [](const double*) { return false; };
   std::function<bool(const double*, const double*)> segment = [](const double*, const double*) { return false; };
-  std::function<bool(const double*, const double*, const double*)> triangle =
-      [](const double*, const double*, const double*) { return false; };
+  std::function<bool(const double*, const double*, const double*)> triangle = [](const double*, const double*,
+                                                                                 const double*) { return false; };
   bool box = true;
   std::vector<Question> asked;
 
@@ -105,8 +105,8 @@ private:
   }
 };
 
-/// A transform for region picks: a world point x, y (seen along z) is the display point 10 x, 10 y of a window of 100 by
-/// 100 pixels.
+/// A transform for region picks: a world point x, y (seen along z) is the display point 10 x, 10 y of a window of 100
+/// by 100 pixels.
 class FlatScreen {
 public:
   FlatScreen() {

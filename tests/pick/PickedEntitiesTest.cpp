@@ -130,14 +130,15 @@ TEST(PickedRecords, GivenTheClasses_WhenUsed_ThenOnlyNewMakesThem) {
 
 // ------------------------------------------------------------------------------------------ registering
 
-const std::vector<std::string> kNames = {"Hex", "Tet",  "Pyramid", "Wedge",           "Knife",         "Superelement", "Face",
-                                         "Tri", "Edge", "Node",    "ThreeDimElement", "TwoDimElement", "Element"};
+const std::vector<std::string> kNames = {"Hex",    "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
+                                         "Face",   "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement",
+                                         "Element"};
 
 TEST(PickerNames, GivenTheConstants_WhenRead_ThenTheyAreTheFiltersNames) {
   const std::vector<std::string> constants = {
-      GMeshPicker::gHexType,   GMeshPicker::gTetType,       GMeshPicker::gPyramidType,   GMeshPicker::gWedgeType,
-      GMeshPicker::gKnifeType, GMeshPicker::gSuperElemType, GMeshPicker::gQuadType,      GMeshPicker::gTriType,
-      GMeshPicker::gEdgeType,  GMeshPicker::gNodeType,      GMeshPicker::g3dElementType, GMeshPicker::g2dElementType,
+      GMeshPicker::gHexType,    GMeshPicker::gTetType,       GMeshPicker::gPyramidType,   GMeshPicker::gWedgeType,
+      GMeshPicker::gKnifeType,  GMeshPicker::gSuperElemType, GMeshPicker::gQuadType,      GMeshPicker::gTriType,
+      GMeshPicker::gEdgeType,   GMeshPicker::gNodeType,      GMeshPicker::g3dElementType, GMeshPicker::g2dElementType,
       GMeshPicker::gElementType};
   EXPECT_EQ(constants, kNames);
 }

@@ -43,8 +43,7 @@ TEST(RayEdges, GivenEachKind_WhenPickedOnOneOfItsEdges_ThenThatEdgeIsHit) {
     test_support::NamedMesh mesh = make();
     PickInterface picker(mesh.database.get());
     picker.setTolerance(0.01);
-    for (const Tarn::ElementType type :
-         {Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid}) {
+    for (const Tarn::ElementType type : {Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid}) {
       SCOPED_TRACE(type);
       // All but the wedge have an edge from their corner along x; the wedge has one there too, its last.
       Ray ray{2.0 * type + 0.25, 0, -5, 2.0 * type + 0.25, 0, 0};
@@ -62,7 +61,8 @@ TEST(RayEdges, GivenHitsOfTheCallers_WhenPicked_ThenTheyAreSortedInAndRepeatedOn
   picker.setTolerance(0.05);
   Ray ray = down_at(0.5, 0);
   const Elem last{~std::uint64_t(0)};
-  ElementHits hits = {{last, {1, 1, 1}, true}, {{1}, {2, 2, 2}, true}, {last, {3, 3, 3}, false}, {{1}, {4, 4, 4}, true}};
+  ElementHits hits = {
+      {last, {1, 1, 1}, true}, {{1}, {2, 2, 2}, true}, {last, {3, 3, 3}, false}, {{1}, {4, 4, 4}, true}};
   picker.pickEdges(mesh.mesh.elements[Tarn::Quad], ray.data(), hits);
   ASSERT_THAT(hits, SizeIs(3));
   EXPECT_EQ(hits[0].handle, Elem{1});
@@ -160,25 +160,22 @@ TEST_P(RayCalls, GivenAnElement_WhenPicked_ThenTheDatabaseIsAskedInThisOrder) {
   Values nodes;
   for (const auto& call : db.calls("get_node_coordinates"))
     nodes.push_back(call.handles.at(0));
-  EXPECT_THAT(nodes, ElementsAreArray(values_of(Nodes(mesh.nodes.begin(), mesh.nodes.begin() + long(row.coordinates)))));
+  EXPECT_THAT(nodes,
+              ElementsAreArray(values_of(Nodes(mesh.nodes.begin(), mesh.nodes.begin() + long(row.coordinates)))));
 }
 
 const std::vector<std::string> kSolidCalls = {"get_element_type", "get_element_node_count", "get_element_connectivity"};
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, RayCalls,
-    testing::Values(CallsRow{Tarn::OneNode, 1, {}, 0, {}},
-                    CallsRow{Tarn::Edge, 3, {"get_element_connectivity"}, 2, {2}},
-                    CallsRow{Tarn::Tri, 7, {"get_element_connectivity"}, 3, {3}},
-                    CallsRow{Tarn::Quad, 9, {"get_element_connectivity"}, 4, {4}},
-                    CallsRow{Tarn::Tet, 10, kSolidCalls, 10, {10}}, CallsRow{Tarn::Hex, 8, kSolidCalls, 8, {8}},
-                    CallsRow{Tarn::Hex, 27, kSolidCalls, 27, {27}}, CallsRow{Tarn::Wedge, 15, kSolidCalls, 15, {15}},
-                    CallsRow{Tarn::Pyramid, 14, kSolidCalls, 14, {14}},
-                    CallsRow{Tarn::Superelement,
-                             5,
-                             {"get_element_node_count", "get_element_vertices", "get_coordinate_arrays"},
-                             0,
-                             {}}),
+    testing::Values(
+        CallsRow{Tarn::OneNode, 1, {}, 0, {}}, CallsRow{Tarn::Edge, 3, {"get_element_connectivity"}, 2, {2}},
+        CallsRow{Tarn::Tri, 7, {"get_element_connectivity"}, 3, {3}},
+        CallsRow{Tarn::Quad, 9, {"get_element_connectivity"}, 4, {4}}, CallsRow{Tarn::Tet, 10, kSolidCalls, 10, {10}},
+        CallsRow{Tarn::Hex, 8, kSolidCalls, 8, {8}}, CallsRow{Tarn::Hex, 27, kSolidCalls, 27, {27}},
+        CallsRow{Tarn::Wedge, 15, kSolidCalls, 15, {15}}, CallsRow{Tarn::Pyramid, 14, kSolidCalls, 14, {14}},
+        CallsRow{
+            Tarn::Superelement, 5, {"get_element_node_count", "get_element_vertices", "get_coordinate_arrays"}, 0, {}}),
     [](const auto& row) {
       return "kind" + std::to_string(row.param.type) + "with" + std::to_string(row.param.node_count);
     });

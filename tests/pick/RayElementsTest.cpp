@@ -150,7 +150,8 @@ TEST(RayTolerance, GivenARayBesideAnElement_WhenWithinTheTolerance_ThenItIsHitIn
       for (int off = 0; off < 3; ++off)
         for (const double share : {0.9, 1.1}) {
           if (off == along) continue;
-          SCOPED_TRACE(testing::Message() << "kind " << type << " along " << along << " off " << off << " by " << share);
+          SCOPED_TRACE(testing::Message()
+                       << "kind " << type << " along " << along << " off " << off << " by " << share);
           Ray ray{};
           ray[std::size_t(along)] = 5;
           ray[std::size_t(3 + along)] = -5;
@@ -211,16 +212,15 @@ TEST_P(RayShapes, GivenAHit_WhenTested_ThenEveryShapeIsGivenWithTheRayAndTheTole
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RayShapes,
-                         testing::Values(Shape{Tarn::Edge, 3, {"line"}}, Shape{Tarn::Tri, 6, {"triangle"}},
-                                         Shape{Tarn::Quad, 9, {"quad"}},
-                                         Shape{Tarn::Tet, 10, {"triangle", "triangle", "triangle", "triangle"}},
-                                         Shape{Tarn::Hex, 27, {"quad", "quad", "quad", "quad", "quad", "quad"}},
-                                         Shape{Tarn::Wedge, 18, {"triangle", "triangle", "quad", "quad", "quad"}},
-                                         Shape{Tarn::Pyramid, 5, {"quad", "triangle", "triangle", "triangle",
-                                                                  "triangle"}},
-                                         Shape{Tarn::Superelement, 4, {}}),
-                         [](const auto& row) { return "kind" + std::to_string(row.param.type); });
+INSTANTIATE_TEST_SUITE_P(
+    All, RayShapes,
+    testing::Values(Shape{Tarn::Edge, 3, {"line"}}, Shape{Tarn::Tri, 6, {"triangle"}}, Shape{Tarn::Quad, 9, {"quad"}},
+                    Shape{Tarn::Tet, 10, {"triangle", "triangle", "triangle", "triangle"}},
+                    Shape{Tarn::Hex, 27, {"quad", "quad", "quad", "quad", "quad", "quad"}},
+                    Shape{Tarn::Wedge, 18, {"triangle", "triangle", "quad", "quad", "quad"}},
+                    Shape{Tarn::Pyramid, 5, {"quad", "triangle", "triangle", "triangle", "triangle"}},
+                    Shape{Tarn::Superelement, 4, {}}),
+    [](const auto& row) { return "kind" + std::to_string(row.param.type); });
 
 TEST(RayShape, GivenFaces_WhenTested_ThenTheirNodesComeInConnectivityOrder) {
   const std::vector<double> corners = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
@@ -290,8 +290,8 @@ TEST(RayOrder, GivenAllKindsInAnyOrder_WhenPicked_ThenHitsComeByKindAndEachKindI
                                          test_support::linear_node_count(static_cast<Tarn::ElementType>(type))));
   const auto& by_kind = mesh.mesh.elements;
   Elems expected;
-  for (const auto type : {Tarn::Edge, Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid,
-                          Tarn::Superelement})
+  for (const auto type :
+       {Tarn::Edge, Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid, Tarn::Superelement})
     expected.insert(expected.end(), by_kind[type].begin(), by_kind[type].end());
   test_support::RecordingMeshData db(*mesh.database);
   PickInterface picker(&db);

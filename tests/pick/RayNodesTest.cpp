@@ -47,21 +47,19 @@ TEST_P(RayNodes, GivenANodeNearTheRay_WhenPicked_ThenEachAxisDecidesByItself) {
 
 INSTANTIATE_TEST_SUITE_P(
     Places, RayNodes,
-    testing::Values(NodeAt{"on_it", 3, 0, 0, true, true}, NodeAt{"at_its_begin", 0, 0, 0, true, true},
-                    NodeAt{"at_its_end", 8, 0, 0, true, true}, NodeAt{"just_before", -0.001, 0, 0, false, false},
-                    NodeAt{"just_beyond", 8.001, 0, 0, false, false},
-                    NodeAt{"at_the_tolerance_in_y", 3, 0.5, 0, true, false},
-                    NodeAt{"at_the_tolerance_below", 3, -0.5, 0, true, false},
-                    NodeAt{"at_the_tolerance_in_z", 3, 0, 0.5, true, false},
-                    NodeAt{"beyond_it_in_y", 3, 0.501, 0, false, false},
-                    NodeAt{"beyond_it_in_z", 3, 0, -0.501, false, false},
-                    NodeAt{"far_but_not_on_one_axis", 3, 0.45, 0.45, true, false},
-                    NodeAt{"exact_to_a_tenth", 3, 0.05, -0.05, true, true},
-                    NodeAt{"no_longer_exact_in_y", 3, 0.0501, 0, true, false},
-                    NodeAt{"no_longer_exact_in_z", 3, 0, 0.0501, true, false},
-                    NodeAt{"nowhere_in_x", kNaN, 0, 0, false, false}, NodeAt{"nowhere_in_y", 3, kNaN, 0, false, false},
-                    NodeAt{"nowhere_in_z", 3, 0, kNaN, false, false},
-                    NodeAt{"infinitely_far", std::numeric_limits<double>::infinity(), 0, 0, false, false}),
+    testing::Values(
+        NodeAt{"on_it", 3, 0, 0, true, true}, NodeAt{"at_its_begin", 0, 0, 0, true, true},
+        NodeAt{"at_its_end", 8, 0, 0, true, true}, NodeAt{"just_before", -0.001, 0, 0, false, false},
+        NodeAt{"just_beyond", 8.001, 0, 0, false, false}, NodeAt{"at_the_tolerance_in_y", 3, 0.5, 0, true, false},
+        NodeAt{"at_the_tolerance_below", 3, -0.5, 0, true, false},
+        NodeAt{"at_the_tolerance_in_z", 3, 0, 0.5, true, false}, NodeAt{"beyond_it_in_y", 3, 0.501, 0, false, false},
+        NodeAt{"beyond_it_in_z", 3, 0, -0.501, false, false},
+        NodeAt{"far_but_not_on_one_axis", 3, 0.45, 0.45, true, false},
+        NodeAt{"exact_to_a_tenth", 3, 0.05, -0.05, true, true},
+        NodeAt{"no_longer_exact_in_y", 3, 0.0501, 0, true, false},
+        NodeAt{"no_longer_exact_in_z", 3, 0, 0.0501, true, false}, NodeAt{"nowhere_in_x", kNaN, 0, 0, false, false},
+        NodeAt{"nowhere_in_y", 3, kNaN, 0, false, false}, NodeAt{"nowhere_in_z", 3, 0, kNaN, false, false},
+        NodeAt{"infinitely_far", std::numeric_limits<double>::infinity(), 0, 0, false, false}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // Seen along a diagonal, so that the nearest point of the ray differs from the node in all three coordinates.

@@ -113,8 +113,7 @@ TEST(RegionEdges, GivenMoreElementsThanABatch_WhenPicked_ThenBatchesOf1365AreFin
     std::size_t count;
     std::vector<std::size_t> batches;
   };
-  for (const Row& row :
-       {Row{0, {}}, Row{1, {1}}, Row{1365, {1365}}, Row{1366, {1365, 1}}, Row{2730, {1365, 1365}}}) {
+  for (const Row& row : {Row{0, {}}, Row{1, {1}}, Row{1365, {1365}}, Row{1366, {1365, 1}}, Row{2730, {1365, 1365}}}) {
     SCOPED_TRACE(row.count);
     test_support::NamedMesh mesh = test_support::one_element(Tarn::Tri, 3);
     test_support::RecordingMeshData db(*mesh.database);

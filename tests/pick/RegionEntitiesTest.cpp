@@ -174,22 +174,23 @@ TEST_P(RegionKinds, GivenARegionBeside_WhenPicked_ThenItDoesNotCount) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, RegionKinds,
-    testing::Values(KindRow{Tarn::Edge, 2, true, true}, KindRow{Tarn::Edge, 3, true, true},
-                    KindRow{Tarn::Tri, 3, true, true}, KindRow{Tarn::Tri, 6, true, true},
-                    KindRow{Tarn::Tri, 7, true, true}, KindRow{Tarn::Quad, 4, true, true},
-                    KindRow{Tarn::Quad, 8, true, true}, KindRow{Tarn::Quad, 9, true, true},
-                    KindRow{Tarn::Tet, 4, true, true}, KindRow{Tarn::Tet, 10, true, true},
-                    KindRow{Tarn::Hex, 8, true, true}, KindRow{Tarn::Hex, 20, true, true},
-                    KindRow{Tarn::Hex, 27, true, true}, KindRow{Tarn::Wedge, 6, true, true},
-                    KindRow{Tarn::Wedge, 15, true, true}, KindRow{Tarn::Wedge, 18, true, true},
-                    KindRow{Tarn::Pyramid, 5, true, true}, KindRow{Tarn::Pyramid, 13, true, true},
-                    KindRow{Tarn::Pyramid, 14, true, true}, KindRow{Tarn::Superelement, 3, false, true},
-                    KindRow{Tarn::Superelement, 33, false, true}),
-    [](const auto& row) {
-      return "kind" + std::to_string(row.param.type) + "with" + std::to_string(row.param.node_count);
-    });
+INSTANTIATE_TEST_SUITE_P(All, RegionKinds,
+                         testing::Values(KindRow{Tarn::Edge, 2, true, true}, KindRow{Tarn::Edge, 3, true, true},
+                                         KindRow{Tarn::Tri, 3, true, true}, KindRow{Tarn::Tri, 6, true, true},
+                                         KindRow{Tarn::Tri, 7, true, true}, KindRow{Tarn::Quad, 4, true, true},
+                                         KindRow{Tarn::Quad, 8, true, true}, KindRow{Tarn::Quad, 9, true, true},
+                                         KindRow{Tarn::Tet, 4, true, true}, KindRow{Tarn::Tet, 10, true, true},
+                                         KindRow{Tarn::Hex, 8, true, true}, KindRow{Tarn::Hex, 20, true, true},
+                                         KindRow{Tarn::Hex, 27, true, true}, KindRow{Tarn::Wedge, 6, true, true},
+                                         KindRow{Tarn::Wedge, 15, true, true}, KindRow{Tarn::Wedge, 18, true, true},
+                                         KindRow{Tarn::Pyramid, 5, true, true}, KindRow{Tarn::Pyramid, 13, true, true},
+                                         KindRow{Tarn::Pyramid, 14, true, true},
+                                         KindRow{Tarn::Superelement, 3, false, true},
+                                         KindRow{Tarn::Superelement, 33, false, true}),
+                         [](const auto& row) {
+                           return "kind" + std::to_string(row.param.type) + "with" +
+                                  std::to_string(row.param.node_count);
+                         });
 
 TEST(RegionElements, GivenAOneNodeElement_WhenPicked_ThenOnlyWholeContainmentTakesIt) {
   test_support::NamedMesh mesh = test_support::one_element(Tarn::OneNode, 1);

@@ -82,18 +82,20 @@ const Shapes kHex = {{0, 4, 7}, {0, 7, 3}, {1, 2, 6}, {1, 6, 5}, {0, 1, 5}, {0, 
 const Shapes kWedge = {{0, 1, 2}, {3, 5, 4}, {0, 3, 4}, {0, 4, 1}, {1, 4, 5}, {1, 5, 2}, {2, 5, 3}, {2, 3, 0}};
 const Shapes kPyramid = {{0, 3, 2}, {0, 2, 1}, {0, 1, 4}, {1, 2, 4}, {2, 3, 4}, {3, 0, 4}};
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, EvaluateEntity,
-    testing::Values(Row{"edge", Tarn::Edge, 2, "segment", {{0, 1}}}, Row{"long_edge", Tarn::Edge, 3, "segment", {{0, 1}}},
-                    Row{"tri", Tarn::Tri, 3, "triangle", {{0, 1, 2}}},
-                    Row{"quadratic_tri", Tarn::Tri, 6, "triangle", {{0, 1, 2}}},
-                    Row{"quad", Tarn::Quad, 4, "triangle", {{0, 1, 2}, {0, 2, 3}}},
-                    Row{"quadratic_quad", Tarn::Quad, 8, "triangle", {{0, 1, 2}, {0, 2, 3}}},
-                    Row{"tet", Tarn::Tet, 4, "triangle", kTet}, Row{"quadratic_tet", Tarn::Tet, 8, "triangle", kTet},
-                    Row{"hex", Tarn::Hex, 8, "triangle", kHex}, Row{"wedge", Tarn::Wedge, 6, "triangle", kWedge},
-                    Row{"pyramid", Tarn::Pyramid, 5, "triangle", kPyramid},
-                    Row{"superelement", Tarn::Superelement, 5, "", {}}),
-    [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Kinds, EvaluateEntity,
+                         testing::Values(Row{"edge", Tarn::Edge, 2, "segment", {{0, 1}}},
+                                         Row{"long_edge", Tarn::Edge, 3, "segment", {{0, 1}}},
+                                         Row{"tri", Tarn::Tri, 3, "triangle", {{0, 1, 2}}},
+                                         Row{"quadratic_tri", Tarn::Tri, 6, "triangle", {{0, 1, 2}}},
+                                         Row{"quad", Tarn::Quad, 4, "triangle", {{0, 1, 2}, {0, 2, 3}}},
+                                         Row{"quadratic_quad", Tarn::Quad, 8, "triangle", {{0, 1, 2}, {0, 2, 3}}},
+                                         Row{"tet", Tarn::Tet, 4, "triangle", kTet},
+                                         Row{"quadratic_tet", Tarn::Tet, 8, "triangle", kTet},
+                                         Row{"hex", Tarn::Hex, 8, "triangle", kHex},
+                                         Row{"wedge", Tarn::Wedge, 6, "triangle", kWedge},
+                                         Row{"pyramid", Tarn::Pyramid, 5, "triangle", kPyramid},
+                                         Row{"superelement", Tarn::Superelement, 5, "", {}}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(EvaluateSolid, GivenABoxThatDoesNotTouch_WhenEvaluated_ThenNoSideIsTried) {
   std::vector<double> display = numbered(8);
