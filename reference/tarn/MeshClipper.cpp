@@ -2,6 +2,7 @@
 
 #include "mesh/database/MDBDefines.h"
 #include "mesh/database/MeshData.h"
+#include "reference/tarn/ElementShape.h"
 
 #include <algorithm>
 #include <array>
@@ -14,8 +15,25 @@ using Node = Tarn::Handle<0>;
 using Elem = Tarn::Handle<1>;
 using Count = Tarn::MeshData::Count;
 
-constexpr std::size_t batch = 4096;
-constexpr int most_nodes = 27;
+constexpr std::size_t nodes_at_once = 8192; // few enough for what is known of them to stay in the cache
+
+/// How many nodes to ask for per element: at first its corners and one more, which tells whether there are others, and
+/// again more of those that have them.
+struct Strides {
+  std::size_t first;
+  std::size_t last;
+  std::size_t after(std::size_t stride) const { return std::min(8 * stride, last); }
+};
+
+Strides strides_of(Tarn::ElementType type) {
+  constexpr std::size_t few = 8; // of superelements, which may have any number
+  const bool is_any = type == Tarn::Superelement;
+  const std::size_t last =
+      is_any ? static_cast<std::size_t>(std::max(1, MDBDefines::NodesPerElement(type))) : Tarn::most_nodes(type);
+  return {std::min(last, 1 + (is_any ? few : Tarn::element_shape(type).corner_count)), last};
+}
+
+enum class Place { Kept, Clipped, Unknown };
 
 struct Plane {
   double origin[3] = {0, 0, 0};
@@ -48,7 +66,9 @@ struct MeshClipper::Private {
   void read_coordinates(const Node* list, std::size_t count);
   void clip_nodes();
   void clip_elements(Tarn::ElementType type);
-  bool is_clipped(const Node* list, std::size_t first, std::size_t count) const;
+  std::vector<std::size_t> clip_by_first_nodes(Tarn::ElementType type, const std::vector<Elem>& list,
+                                               const std::vector<std::size_t>* positions, std::size_t stride);
+  Place place_of(std::size_t first, std::size_t end) const;
 };
 
 void MeshClipper::Private::read_coordinates(const Node* list, std::size_t count) {
@@ -59,8 +79,8 @@ void MeshClipper::Private::read_coordinates(const Node* list, std::size_t count)
 }
 
 void MeshClipper::Private::clip_nodes() {
-  for (std::size_t begin = 0; begin < nodes.size(); begin += batch) {
-    const std::size_t count = std::min(batch, nodes.size() - begin);
+  for (std::size_t begin = 0; begin < nodes.size(); begin += nodes_at_once) {
+    const std::size_t count = std::min(nodes_at_once, nodes.size() - begin);
     read_coordinates(&nodes[begin], count);
     for (std::size_t i = 0; i < count; ++i)
       clipped_nodes[begin + i] = plane.distance(x[i], y[i], z[i]) < 0.0;
@@ -68,30 +88,63 @@ void MeshClipper::Private::clip_nodes() {
 }
 
 void MeshClipper::Private::clip_elements(Tarn::ElementType type) {
-  const std::vector<Elem>& list = elements[type];
-  const std::size_t stride =
-      type == Tarn::Superelement ? std::size_t(std::max(1, MDBDefines::NodesPerElement(type))) : most_nodes;
+  const Strides strides = strides_of(type);
+  std::vector<std::size_t> left = clip_by_first_nodes(type, elements[type], nullptr, strides.first);
+  for (std::size_t stride = strides.first; stride < strides.last && !left.empty();) {
+    stride = strides.after(stride);
+    std::vector<Elem> list;
+    for (const std::size_t position : left)
+      list.push_back(elements[type][position]);
+    left = clip_by_first_nodes(type, list, &left, stride);
+  }
+}
+
+// Sets the flags at the list's positions, null for all in order; gives the positions of those that have more nodes, all
+// being clipped so far.
+std::vector<std::size_t> MeshClipper::Private::clip_by_first_nodes(Tarn::ElementType type,
+                                                                   const std::vector<Elem>& list,
+                                                                   const std::vector<std::size_t>* positions,
+                                                                   std::size_t stride) {
+  const std::size_t batch = std::max<std::size_t>(1, nodes_at_once / stride);
+  std::vector<std::size_t> left;
   std::vector<Node> connectivity;
+  std::vector<std::size_t> ends; // of each element's known nodes
+  std::vector<char> has_more;
   for (std::size_t begin = 0; begin < list.size(); begin += batch) {
     const std::size_t count = std::min(batch, list.size() - begin);
     connectivity.assign(count * stride, Node{});
     Count length = connectivity.size();
     database->get_connectivity(count, &list[begin], &length, connectivity.data());
-    read_coordinates(connectivity.data(), connectivity.size());
-    for (std::size_t i = 0; i < count; ++i)
-      clipped[type][begin + i] = is_clipped(connectivity.data(), i * stride, stride);
+    // Null nodes have no coordinates, and most linear elements have one.
+    ends.clear();
+    has_more.clear();
+    std::size_t known = 0;
+    for (std::size_t first = 0; first < connectivity.size(); first += stride) {
+      has_more.push_back(connectivity[first + stride - 1] != Node{});
+      for (std::size_t k = first; k < first + stride; ++k)
+        if (connectivity[k] != Node{}) connectivity[known++] = connectivity[k];
+      ends.push_back(known);
+    }
+    read_coordinates(connectivity.data(), known);
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::size_t position = positions ? (*positions)[begin + i] : begin + i;
+      const Place place = place_of(i == 0 ? 0 : ends[i - 1], ends[i]);
+      clipped[type][position] = place == Place::Clipped;
+      if (place != Place::Kept && has_more[i]) left.push_back(position);
+    }
   }
+  return left;
 }
 
-bool MeshClipper::Private::is_clipped(const Node* list, std::size_t first, std::size_t count) const {
-  bool any_readable = false;
-  for (std::size_t i = first; i < first + count; ++i) {
-    if (list[i] == Node{}) continue;
+// Of an element by the nodes that were read last.
+Place MeshClipper::Private::place_of(std::size_t first, std::size_t end) const {
+  Place place = Place::Unknown;
+  for (std::size_t i = first; i < end; ++i) {
     const double distance = plane.distance(x[i], y[i], z[i]);
-    if (distance >= 0.0) return false;
-    any_readable = any_readable || distance < 0.0;
+    if (distance >= 0.0) return Place::Kept;
+    if (distance < 0.0) place = Place::Clipped;
   }
-  return any_readable;
+  return place;
 }
 
 MeshClipper::MeshClipper(Tarn::MeshData* database) : d(std::make_unique<Private>()) { d->database = database; }

@@ -8,8 +8,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <numeric>
 #include <random>
+#include <vector>
 
 using testing::Each;
 using testing::ElementsAre;
@@ -189,6 +192,65 @@ TEST(MeshClipper, GivenManyElements_WhenClipped_ThenTheDatabaseIsAskedInBulk) {
   EXPECT_LT(database.calls().size(), 40u);
   const auto flags = clipper.getClippedFlag(Tarn::Hex);
   EXPECT_EQ(std::count(flags.begin(), flags.end(), true), 9 * 20 * 20) << "the tenth touches the plane";
+}
+
+/// Superelements on nodes 0 to n - 1 in a row.
+NamedMesh superelements(const std::vector<int>& node_counts) {
+  NamedMesh mesh;
+  std::vector<int> nodes(static_cast<std::size_t>(*std::max_element(node_counts.begin(), node_counts.end())));
+  std::iota(nodes.begin(), nodes.end(), 0);
+  for (const int x : nodes)
+    mesh.add_node(x, 0, 0);
+  for (const int count : node_counts)
+    mesh.add_element(Tarn::Superelement, {nodes.begin(), nodes.begin() + count});
+  return mesh;
+}
+
+TEST(MeshClipper, GivenSuperelementsOfAnySize_WhenClipped_ThenEveryNodeCounts) {
+  const std::vector<int> node_counts = {1, 7, 8, 9, 10, 71, 72, 73, 575, 576, 577, 700};
+  const NamedMesh mesh = superelements(node_counts);
+  MeshClipper clipper(mesh.database.get());
+  clipper.setMesh(Tarn::Superelement, mesh.mesh.elements[Tarn::Superelement]);
+  for (const int count : node_counts) {
+    clipper.setPlane({count - 1.5, 0, 0}, {1, 0, 0}); // the last node of this one and of longer ones is kept
+    ASSERT_TRUE(clipper.clipMesh());
+    const auto flags = clipper.getClippedFlag(Tarn::Superelement);
+    for (std::size_t i = 0; i < node_counts.size(); ++i)
+      EXPECT_EQ(flags[i], node_counts[i] < count) << node_counts[i] << " nodes, plane before node " << count - 1;
+  }
+}
+
+TEST(MeshClipper, GivenOneHugeSuperelementAmongMany_WhenClipped_ThenFewNodesAreAskedForAtOnce) {
+  std::vector<int> node_counts(3000, 5);
+  node_counts.push_back(50000);
+  const NamedMesh mesh = superelements(node_counts);
+  RecordingMeshData database(*mesh.database);
+  MeshClipper clipper(&database);
+  clipper.setMesh(Tarn::Superelement, mesh.mesh.elements[Tarn::Superelement]);
+  clipper.setPlane({60000, 0, 0}, {1, 0, 0});
+  ASSERT_TRUE(clipper.clipMesh());
+
+  EXPECT_THAT(clipper.getClippedFlag(Tarn::Superelement), Each(true));
+  std::int64_t asked_for = 0;
+  for (const auto& call : database.calls("get_connectivity")) {
+    EXPECT_LE(call.numbers.front(), 50000);
+    asked_for += call.numbers.front();
+  }
+  EXPECT_LT(asked_for, 150000) << "the small ones are not filled up to the huge one's size";
+}
+
+TEST(MeshClipper, GivenLinearElements_WhenClipped_ThenOnlyTheirCornersAreRead) {
+  const NamedMesh mesh = test_support::hex_block(5, 5, 5);
+  RecordingMeshData database(*mesh.database);
+  MeshClipper clipper(&database);
+  clipper.setMesh(Tarn::Hex, mesh.mesh.elements[Tarn::Hex]);
+  clipper.setPlane({1000, 0, 0}, {1, 0, 0});
+  ASSERT_TRUE(clipper.clipMesh());
+
+  ASSERT_EQ(database.count("get_connectivity"), 1u);
+  EXPECT_THAT(database.calls("get_connectivity")[0].numbers, ElementsAre(125 * 9)) << "one more tells them from others";
+  ASSERT_EQ(database.count("get_coordinate_arrays"), 1u);
+  EXPECT_EQ(database.calls("get_coordinate_arrays")[0].handles.size(), 125u * 8);
 }
 
 TEST(MeshClipper, GivenRandomMeshesAndPlanes_WhenClipped_ThenFlagsAreThoseOfTheDefinition) {
