@@ -79,15 +79,17 @@ RawMesh box_of_tetrahedra(int n) {
   return mesh;
 }
 
-RawMesh square_of_quadrilaterals(int n) {
+RawMesh square_of_quadrilaterals(int n) { return rectangle_of_quadrilaterals(n, n); }
+
+RawMesh rectangle_of_quadrilaterals(int nx, int ny) {
   RawMesh mesh;
   mesh.type = Tarn::Quad;
   mesh.nodes_per_element = 4;
-  mesh.xyz = lattice(n, n, 0);
-  mesh.nodes.reserve(std::size_t(4) * n * n);
-  const std::int32_t row = n + 1;
-  for (int j = 0; j < n; ++j)
-    for (int i = 0; i < n; ++i) {
+  mesh.xyz = lattice(nx, ny, 0);
+  mesh.nodes.reserve(std::size_t(4) * nx * ny);
+  const std::int32_t row = nx + 1;
+  for (int j = 0; j < ny; ++j)
+    for (int i = 0; i < nx; ++i) {
       const std::int32_t c = i + j * row;
       mesh.nodes.insert(mesh.nodes.end(), {c, c + 1, c + 1 + row, c + row});
     }

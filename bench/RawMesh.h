@@ -28,6 +28,8 @@ RawMesh box_of_hexahedra(int nx, int ny, int nz);
 RawMesh box_of_tetrahedra(int n);
 /// `n * n` unit squares in the plane z = 0.
 RawMesh square_of_quadrilaterals(int n);
+/// `nx * ny` of them.
+RawMesh rectangle_of_quadrilaterals(int nx, int ny);
 
 /// The same mesh with its nodes renumbered and its elements reordered at random; a seed gives the same order on every
 /// machine.

@@ -33,6 +33,8 @@ std::vector<Row> edge_rows(const Settings& settings);
 std::vector<Row> stage_rows(const Settings& settings);
 /// How the time of a first display grows with the mesh.
 std::vector<Row> growth_rows(const Settings& settings);
+/// Picks by ray against VTK's pickers; regions over many owners against one. They need a display.
+std::vector<Row> pick_rows(const Settings& settings);
 /// Resident memory, each measured in a process of its own.
 std::vector<Row> memory_rows(const Settings& settings);
 

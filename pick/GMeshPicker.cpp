@@ -140,11 +140,6 @@ void report(GPicker* picker, GPicked::PickedEntity* entity, const double* point,
   entity->Delete();
 }
 
-void report_region_hit(GPicker* picker, GPicked::PickedEntity* entity) {
-  const double origin[3] = {0.0, 0.0, 0.0};
-  report(picker, entity, origin, 0.0, true);
-}
-
 Elem element_on(Tarn::MeshData* db, Node node) {
   Elem element;
   db->get_elements_on_nodes(1, 1, &node, &element);
@@ -158,39 +153,47 @@ bool has_global_id(Tarn::MeshData* db, Elem element) {
   return has_id;
 }
 
-// Which of a growing list of region hits are to be reported. A region pick hands all hits so far over with each group:
-// what was found of an entity, and the depth buffer, hold for the rest of the call.
-class Verdicts {
+// The records of a growing list of region hits. A region pick hands all hits so far over with each group: what was
+// found of an entity, its record and the depth buffer hold for the rest of the call, so that a hit handed over again
+// costs the buffer's look-up and no more.
+class RegionRecords {
 public:
-  Verdicts(vtkRenderer* renderer, vtkMatrix4x4* matrix, bool visible_only) {
+  RegionRecords(vtkRenderer* renderer, vtkMatrix4x4* matrix, bool visible_only) {
     if (visible_only) depth_ = std::make_unique<DepthBuffer>(renderer, matrix);
   }
+  ~RegionRecords() {
+    for (const auto* lists : {&nodes_, &elements_})
+      for (const auto& [db, records] : *lists)
+        for (GPicked::PickedEntity* record : records)
+          if (record) record->Delete();
+  }
+  RegionRecords(const RegionRecords&) = delete;
+  RegionRecords& operator=(const RegionRecords&) = delete;
 
-  template <class H> const std::vector<char>& of(Tarn::MeshData* db, const std::vector<H>& entities) {
-    std::vector<char>& known = list(db, H{});
-    for (std::size_t i = known.size(); i < entities.size(); ++i)
-      known.push_back(!depth_ || depth_->is_visible(db, entities[i]));
-    return known;
+  void report(Tarn::MeshData* db, const std::vector<Node>& nodes, const std::vector<Elem>& elements, GPicker* picker) {
+    report_list<PickedNode>(db, nodes, nodes_[db], picker);
+    report_list<PickedElement>(db, elements, elements_[db], picker);
   }
 
 private:
-  std::vector<char>& list(Tarn::MeshData* db, Node) { return nodes_[db]; }
-  std::vector<char>& list(Tarn::MeshData* db, Elem) { return elements_[db]; }
+  // One record for each entity, null for those that do not show.
+  using Records = std::vector<GPicked::PickedEntity*>;
+
+  template <class Record, class H>
+  void report_list(Tarn::MeshData* db, const std::vector<H>& entities, Records& records, GPicker* picker) {
+    constexpr float origin[3] = {0.0F, 0.0F, 0.0F};
+    for (std::size_t i = records.size(); i < entities.size(); ++i) {
+      const bool shows = !depth_ || depth_->is_visible(db, entities[i]);
+      records.push_back(shows ? Record::New(entities[i], db) : nullptr);
+    }
+    for (GPicked::PickedEntity* record : records)
+      if (record) picker->add_to_selection_buffer(record, origin, 0.0F, true);
+  }
 
   std::unique_ptr<DepthBuffer> depth_;
-  std::map<Tarn::MeshData*, std::vector<char>> nodes_;
-  std::map<Tarn::MeshData*, std::vector<char>> elements_;
+  std::map<Tarn::MeshData*, Records> nodes_;
+  std::map<Tarn::MeshData*, Records> elements_;
 };
-
-void report_visible(Tarn::MeshData* db, const std::vector<Node>& nodes, const std::vector<Elem>& elements,
-                    Verdicts& verdicts, GPicker* picker) {
-  const std::vector<char>& node_shows = verdicts.of(db, nodes);
-  for (std::size_t i = 0; i < nodes.size(); ++i)
-    if (node_shows[i]) report_region_hit(picker, PickedNode::New(nodes[i], db));
-  const std::vector<char>& element_shows = verdicts.of(db, elements);
-  for (std::size_t i = 0; i < elements.size(); ++i)
-    if (element_shows[i]) report_region_hit(picker, PickedElement::New(elements[i], db));
-}
 
 } // namespace
 
@@ -272,7 +275,7 @@ void GMeshPicker::compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* boun
   if (!renderer->GetRenderWindow()) return; // nothing is on a screen
   vtkNew<vtkMatrix4x4> matrix;
   get_projection(renderer, matrix);
-  Verdicts verdicts(renderer, matrix, MultiCellPicker::mSelectVisibleOnly);
+  RegionRecords records(renderer, matrix, MultiCellPicker::mSelectVisibleOnly);
 
   // Never emptied between groups: each hands over what was found so far.
   std::vector<Node> nodes;
@@ -290,7 +293,7 @@ void GMeshPicker::compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* boun
       picker.setPartialAccept(MultiCellPicker::mBoxPickAcceptPartialCells);
       picker.setTransform(matrix, renderer->GetRenderWindow()->GetSize(), renderer->GetViewport());
       pick_mesh_by_bounds(picker, group->get_filtered_mesh(), bounds, nodes, elements, use_filter);
-      report_visible(db, nodes, elements, verdicts, this);
+      records.report(db, nodes, elements, this);
     }
   }
 }
@@ -376,6 +379,5 @@ void GMeshPicker::process_picks(Tarn::MeshData* db, const NodeHits& node_hits, c
 void GMeshPicker::process_picks(Tarn::MeshData* db, const std::vector<Node>& nodes, const std::vector<Elem>& elements,
                                 vtkRenderer* renderer, vtkMatrix4x4* matrix, bool select_visible_only,
                                 GPicker* picker) {
-  Verdicts verdicts(renderer, matrix, select_visible_only);
-  report_visible(db, nodes, elements, verdicts, picker);
+  RegionRecords(renderer, matrix, select_visible_only).report(db, nodes, elements, picker);
 }

@@ -35,16 +35,29 @@ std::size_t EntityIdentityHash::operator()(const EntityIdentity& identity) const
 }
 
 void SelectionBuffer::add(const GPicked::PickedEntity& entity, const float* point, float distance, bool exact) {
+  const std::size_t expected = last_ < seen_.size() ? seen_[last_].next : 0;
+  const bool as_before = expected < seen_.size() && seen_[expected].record == &entity;
+  const std::size_t place = as_before ? expected : place_of(entity, point, distance, exact);
+  if (last_ < seen_.size()) seen_[last_].next = static_cast<std::uint32_t>(place);
+  last_ = place;
+
+  Seen& known = seen_[place];
+  const bool nearer = distance < known.distance;
+  const bool as_near_but_exact = distance == known.distance && exact && !known.exact;
+  if (!nearer && !as_near_but_exact) return;
+  hits_[place].selection = EntitySelection(&entity, point, distance, exact);
+  known = {&entity, known.next, distance, exact};
+}
+
+std::size_t SelectionBuffer::place_of(const GPicked::PickedEntity& entity, const float* point, float distance,
+                                      bool exact) {
   const EntityIdentity identity(entity);
   const auto [found, is_new] = place_of_.emplace(identity, hits_.size());
   if (is_new) {
     hits_.push_back({EntitySelection(&entity, point, distance, exact), identity, has_area(entity.type()), picker_});
-    return;
+    seen_.push_back({&entity, 0, distance, exact});
   }
-  EntitySelection& known = hits_[found->second].selection;
-  const bool nearer = distance < known.distance();
-  const bool as_near_but_exact = distance == known.distance() && exact && !known.is_exact();
-  if (nearer || as_near_but_exact) known = EntitySelection(&entity, point, distance, exact);
+  return found->second;
 }
 
 SelectionBuffer::Scope::Scope(SelectionBuffer& buffer, GPicker* picker) : outer_(current_buffer) {

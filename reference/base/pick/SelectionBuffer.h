@@ -3,6 +3,7 @@
 #include "platform/base/EntitySelection.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <unordered_map>
 #include <vector>
 
@@ -63,7 +64,20 @@ public:
   const PickHit* find(const EntityIdentity& identity) const;
 
 private:
+  // What a report is held against, close together in memory. Region picks report everything found so far again with
+  // each group, the same records in the same order: `next` is where the following report went last time.
+  struct Seen {
+    const GPicked::PickedEntity* record; // held by the hit
+    std::uint32_t next;
+    float distance;
+    bool exact;
+  };
+
+  std::size_t place_of(const GPicked::PickedEntity& entity, const float* point, float distance, bool exact);
+
   std::vector<PickHit> hits_;
+  std::vector<Seen> seen_; // parallel to `hits_`
+  std::size_t last_ = 0;   // the place of the last report
   std::unordered_map<EntityIdentity, std::size_t, EntityIdentityHash> place_of_;
   GPicker* picker_ = nullptr;
 };
