@@ -25,15 +25,22 @@ void add_list(const std::vector<Handle>& handles, const std::vector<TovanColor>&
     pairs.emplace_back(handles[i], colors[i]);
 }
 
+// Sets are in order once they have changed, so that both lists are mostly walked through side by side.
 template <class Handle, class Pairs>
 void write_list(const std::vector<Handle>& handles, Pairs& pairs, std::vector<TovanColor>& colors) {
   using Pair = typename Pairs::value_type;
-  std::stable_sort(pairs.begin(), pairs.end(), handle_less<Pair>);
+  if (!std::is_sorted(pairs.begin(), pairs.end(), handle_less<Pair>))
+    std::stable_sort(pairs.begin(), pairs.end(), handle_less<Pair>);
   colors.clear();
   colors.reserve(handles.size());
-  for (const Handle handle : handles) {
-    const auto found = std::lower_bound(pairs.begin(), pairs.end(), Pair(handle, TovanColor()), handle_less<Pair>);
-    colors.push_back(found != pairs.end() && found->first == handle ? found->second : white);
+  auto at = pairs.begin();
+  for (std::size_t i = 0; i < handles.size(); ++i) {
+    const Handle handle = handles[i];
+    if (i > 0 && handle < handles[i - 1])
+      at = std::lower_bound(pairs.begin(), pairs.end(), Pair(handle, TovanColor()), handle_less<Pair>);
+    while (at != pairs.end() && at->first < handle)
+      ++at;
+    colors.push_back(at != pairs.end() && at->first == handle ? at->second : white);
   }
 }
 

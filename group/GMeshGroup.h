@@ -45,7 +45,8 @@ public:
 
   /// Replaces the entities. `mesh` is copied as it is, neither sorted nor made unique: colour lists are positional.
   /// Unless the group does not observe, it registers with `model` (borrowed, must outlive the group) under `owner`, or,
-  /// where that is null, under every owner that the database gives for the entities.
+  /// where that is null, under every owner that the database gives for the entities. `model` must not be null, which
+  /// nobody checks.
   virtual void set_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, GMeshModel* model);
 
   /// The entities to draw, brought up to date with the database first if it was reported to have changed.

@@ -29,6 +29,8 @@ namespace {
 
 using Node = Tarn::Handle<0>;
 
+constexpr Tarn::ElementType skinned_kinds[] = {Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid};
+
 bool is_null(Node node) { return node.value == 0; }
 
 /// How a face is drawn. No nodes: not at all.
@@ -99,7 +101,8 @@ private:
   void add_cell(unsigned char type, int node_count, Tarn::Handle<1> element);
   void color_cell(TovanColor color);
   const std::vector<int>* positions_of(Tarn::ElementType kind) const;
-  std::vector<Tarn::ElementType> kinds_of(const std::vector<Side*>& skin) const;
+  bool has_element(Tarn::ElementType kind, const Side& side) const;
+  TovanColor color_of(const Side& side);
   void number_points();
   void number_points(const NodeList& list, Id* point_ids, vtkTypeUInt64*& next_node);
   void trim();
@@ -120,6 +123,8 @@ private:
   Id* offset_;
   vtkTypeUInt64* elem_id_;
   unsigned char* cell_color_ = nullptr;
+  Tarn::ElementType side_kind_ = Tarn::Hex; // of the last side's element
+  bool positions_ascend_[10] = {};          // as those do that a clipping plane leaves
 };
 
 template <class IdArray>
@@ -135,6 +140,9 @@ VolumeGridBuilder<IdArray>::VolumeGridBuilder(const VolumeGridSource& source, st
   if (!color_cells_) return;
   cell_colors_ = make_color_array(size);
   cell_color_ = cell_colors_->GetPointer(0);
+  for (const Tarn::ElementType kind : skinned_kinds)
+    if (const std::vector<int>* const positions = positions_of(kind))
+      positions_ascend_[kind] = std::is_sorted(positions->begin(), positions->end());
 }
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::add_nodes() {
@@ -179,7 +187,6 @@ void VolumeGridBuilder<IdArray>::add_elements(Tarn::ElementType kind, unsigned c
 }
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::add_faces(const std::vector<Side*>& skin) {
-  const auto kinds = color_cells_ ? kinds_of(skin) : std::vector<Tarn::ElementType>();
   const Id first_node = connectivity_size_;
   NodeList list;
   // Where the skinner keeps the nodes of all sides in one block, in order, that block is the list.
@@ -193,7 +200,7 @@ template <class IdArray> void VolumeGridBuilder<IdArray>::add_faces(const std::v
     one_block = one_block && side.nodes == next;
     next = side.nodes + shape.node_count;
     add_cell(shape.cell_type, shape.node_count, side.element);
-    if (color_cells_) color_cell(source_.colors.of_element(kinds[i], side.position));
+    if (color_cells_) color_cell(color_of(side));
   }
   list.count = static_cast<std::size_t>(connectivity_size_ - first_node);
   lists_.push_back(one_block ? std::move(list) : own(nodes_of(skin, list.count)));
@@ -219,15 +226,28 @@ const std::vector<int>* VolumeGridBuilder<IdArray>::positions_of(Tarn::ElementTy
 }
 
 // Colours are listed by kind of element, which a side does not tell.
-template <class IdArray>
-std::vector<Tarn::ElementType> VolumeGridBuilder<IdArray>::kinds_of(const std::vector<Side*>& skin) const {
-  std::vector<Tarn::Handle<1>> elements;
-  elements.reserve(skin.size());
-  for (const Side* side : skin)
-    elements.push_back(side->element);
-  std::vector<Tarn::ElementType> kinds(elements.size());
-  if (!kinds.empty()) source_.database->get_element_types(kinds.size(), elements.data(), kinds.data());
-  return kinds;
+// The kind of a side's element follows from the list that has it at the side's position: the database need not be
+// asked.
+template <class IdArray> TovanColor VolumeGridBuilder<IdArray>::color_of(const Side& side) {
+  if (!has_element(side_kind_, side)) {
+    const auto found = std::find_if(std::begin(skinned_kinds), std::end(skinned_kinds),
+                                    [this, &side](Tarn::ElementType kind) { return has_element(kind, side); });
+    if (found == std::end(skinned_kinds)) return TovanColor(255, 255, 255, 255);
+    side_kind_ = *found;
+  }
+  return source_.colors.of_element(side_kind_, side.position);
+}
+
+template <class IdArray> bool VolumeGridBuilder<IdArray>::has_element(Tarn::ElementType kind, const Side& side) const {
+  const std::vector<Tarn::Handle<1>>& elements = source_.mesh.elements[kind];
+  std::size_t place = static_cast<std::size_t>(side.position);
+  if (const std::vector<int>* const positions = positions_of(kind)) {
+    const auto found = positions_ascend_[kind] ? std::lower_bound(positions->begin(), positions->end(), side.position)
+                                               : std::find(positions->begin(), positions->end(), side.position);
+    if (found == positions->end() || *found != side.position) return false;
+    place = static_cast<std::size_t>(found - positions->begin());
+  }
+  return place < elements.size() && elements[place] == side.element;
 }
 
 template <class IdArray> vtkSmartPointer<vtkUnstructuredGrid> VolumeGridBuilder<IdArray>::finish() {

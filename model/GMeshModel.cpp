@@ -154,11 +154,18 @@ bool GMeshModel::remove_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh
 }
 
 template <class Change> void GMeshModel::tell_groups(Tarn::SMeshOwnerType* owner, Change change) {
-  // On a copy, because groups leave the registry while they are told.
-  const auto [begin, end] = owner_registry_.equal_range(owner);
+  // On a copy, because groups leave the registry while they are told. Those that stopped observing and died are still
+  // there: they go now.
+  auto [entry, end] = owner_registry_.equal_range(owner);
   std::vector<Registration> registered;
-  for (auto entry = begin; entry != end; ++entry)
+  while (entry != end) {
+    if (!get_back_pointer(entry->second.life)) {
+      entry = owner_registry_.erase(entry);
+      continue;
+    }
     registered.push_back(entry->second);
+    ++entry;
+  }
   for (const Registration& each : registered)
     if (get_back_pointer(each.life)) change(each.group);
 }

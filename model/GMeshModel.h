@@ -42,7 +42,7 @@ struct GMeshGraphics {
 /// and do nothing for an owner without a mesh.
 class ORBEL_MESH_API GMeshModel : public GModel {
 public:
-  /// `database` is borrowed and must outlive the model. Nothing is drawn yet.
+  /// `database` is borrowed and must outlive the model; it must not be null, which nobody checks. Nothing is drawn yet.
   explicit GMeshModel(Tarn::MeshData* database);
   ~GMeshModel() override;
 
