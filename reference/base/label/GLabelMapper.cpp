@@ -3,6 +3,7 @@
 #include "platform/base/GModel.h"
 #include "platform/util/TovanString.h"
 #include "reference/base/label/LabelDrawing.h"
+#include "reference/base/label/LabelFrame.h"
 #include "reference/base/label/LabelList.h"
 
 #include <vtkAlgorithm.h>
@@ -16,23 +17,49 @@
 
 #include <map>
 
+namespace {
+
+std::uint64_t next_serial() {
+  static std::uint64_t last = 0;
+  return ++last;
+}
+
+} // namespace
+
 struct GLabelMapper::Private {
-  LabelDrawing& drawing_in(vtkRenderer* renderer);
+  /// One renderer that the labels are drawn in.
+  struct Place {
+    std::shared_ptr<LabelFrame> frame;
+    LabelDrawing drawing;
+    std::uint64_t serial = next_serial();
+  };
+
+  Place& place_in(vtkRenderer* renderer);
+  void add_to(Place& place, vtkRenderer* renderer);
   bool hides() const;
 
   GModel* model = nullptr;
   vtkSmartPointer<vtkTextProperty> style;
   vtkNew<vtkTextProperty> plain_style;
   LabelList labels;
-  std::map<vtkRenderer*, std::unique_ptr<LabelDrawing>> drawings;
+  std::map<vtkRenderer*, Place> places;
 };
 
-LabelDrawing& GLabelMapper::Private::drawing_in(vtkRenderer* renderer) {
-  for (auto it = drawings.begin(); it != drawings.end();)
-    it = it->second->is_stale(it->first) ? drawings.erase(it) : std::next(it);
-  std::unique_ptr<LabelDrawing>& drawing = drawings[renderer];
-  if (!drawing) drawing = std::make_unique<LabelDrawing>(renderer);
-  return *drawing;
+GLabelMapper::Private::Place& GLabelMapper::Private::place_in(vtkRenderer* renderer) {
+  for (auto it = places.begin(); it != places.end();)
+    it = it->second.frame->is_of(it->first) ? std::next(it) : places.erase(it);
+  Place& place = places[renderer];
+  if (!place.frame) place.frame = LabelFrame::get(renderer);
+  return place;
+}
+
+void GLabelMapper::Private::add_to(Place& place, vtkRenderer* renderer) {
+  if (labels.size() == 0) return;
+  const bool hiding = hides();
+  if (hiding) place.frame->depth().read(renderer);
+  const bool changed = place.drawing.place(labels, style ? style.Get() : plain_style.Get(), renderer,
+                                           hiding ? &place.frame->depth() : nullptr);
+  place.frame->add(place.serial, place.drawing, labels, changed);
 }
 
 // Where surfaces are not drawn nothing is behind them.
@@ -72,11 +99,12 @@ void GLabelMapper::clear() { d->labels.clear(); }
 void GLabelMapper::RenderOverlay(vtkViewport* viewport, vtkActor2D*) {
   auto* renderer = vtkRenderer::SafeDownCast(viewport);
   // Labels are not among the things that a hardware selection tells apart.
-  if (!renderer || !renderer->GetRenderWindow() || renderer->GetSelector() || d->labels.size() == 0) return;
-  d->drawing_in(renderer).draw(d->labels, d->style ? d->style.Get() : d->plain_style.Get(), d->hides());
+  if (!renderer || !renderer->GetRenderWindow() || renderer->GetSelector()) return;
+  Private::Place& place = d->place_in(renderer);
+  place.frame->draw(this, [&] { d->add_to(place, renderer); });
 }
 
 void GLabelMapper::ReleaseGraphicsResources(vtkWindow* window) {
-  for (auto& drawing : d->drawings)
-    drawing.second->release(window);
+  for (auto& [renderer, place] : d->places)
+    place.frame->release(window);
 }

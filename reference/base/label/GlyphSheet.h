@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/util/TovanColor.h"
+
 #include <vtkNew.h>
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -10,28 +12,20 @@
 #include <unordered_map>
 #include <vector>
 
-class vtkImageData;
 class vtkTextProperty;
-class vtkTexture;
-class vtkWindow;
 
-/// A picture of pieces of text in one font at one size, from which labels of any number are put together. One for each
-/// window, font and size; all mappers there share it.
+/// Pieces of text in one font at one size, rendered once, from which labels of any number are put together. All mappers
+/// of that font and size share a sheet.
 ///
-/// Texts of digits are cut into pieces of three, so that few pieces make any number and few rectangles draw it. Other
-/// texts are one piece each.
+/// Numbers are cut into pieces of three digits, so that few pieces make any number. Other texts are one piece each. A
+/// piece is painted in the label's colour on a rim of one pixel, black or white, which keeps it legible on a surface of
+/// that same colour.
 class GlyphSheet {
 public:
-  /// How a piece is painted: white, which the label's colour is multiplied with.
-  enum class Paint {
-    Outlined, ///< on a black rim
-    Rim,      ///< the area of text and rim alone
-    Plain,    ///< without a rim
-  };
-  /// Where a piece is in the picture, in texels, and how it lies in a label: `left` from where its text begins, `low`
-  /// above the lower end of the line.
+  /// How a piece lies in a label: `left` from where its text begins, `low` above the lower end of the line. Nothing can
+  /// be seen of it where width is 0.
   struct Piece {
-    int x = 0, y = 0, width = 0, height = 0;
+    int width = 0, height = 0;
     int left = 0, low = 0;
     int advance = 0; ///< how far on the next piece begins
     int line = 0;    ///< height of the line
@@ -42,55 +36,63 @@ public:
     int line = 0;
     double middle = 0.0;
   };
+  /// The pieces in one colour.
+  class Tinted;
 
-  /// The sheet for that window, font and size. The window is borrowed.
-  static std::shared_ptr<GlyphSheet> get(vtkWindow* window, vtkTextProperty* style, int dpi);
+  /// The sheet of that font and size.
+  static std::shared_ptr<GlyphSheet> get(vtkTextProperty* style, int dpi);
 
   GlyphSheet(vtkTextProperty* style, int dpi);
   ~GlyphSheet();
   GlyphSheet(const GlyphSheet&) = delete;
   GlyphSheet& operator=(const GlyphSheet&) = delete;
 
-  /// Whether the sheet is for this font and size.
-  bool is_for(vtkTextProperty* style, int dpi) const;
-  /// Makes room if there is little left. All pieces are void after that, and `version` has moved.
-  void tidy_up();
-  /// Appends the pieces of the text, as numbers that `piece` takes, making those that are not there yet. Nothing is
-  /// appended when they do not fit any more. Gives the label's size.
-  Size lay_out(std::string_view text, Paint paint, std::vector<std::uint32_t>& pieces);
+  /// Whether the sheet is of this font and size, and may take more texts. One that may not is kept by those who use it
+  /// and is no longer given out.
+  bool serves(vtkTextProperty* style, int dpi) const;
+  /// Appends the pieces of the text, as numbers that `piece` takes, making those that are not there yet. Gives the
+  /// label's size.
+  Size lay_out(std::string_view text, std::vector<std::uint32_t>& pieces);
   const Piece& piece(std::uint32_t number) const { return pieces_[number]; }
-  /// The picture's size in texels; it may grow with each piece.
-  int width() const;
-  int height() const;
-  std::uint64_t version() const { return version_; }
-  /// The picture, up to date.
-  vtkTexture* texture();
+  /// The pieces in that colour; valid until the next call.
+  Tinted& tinted(TovanColor tint);
 
 private:
   struct Ink;
-  static constexpr int kPaints = 3;
-  static constexpr std::uint32_t kNone = 0xffffffffu;
 
   static std::string font_of(vtkTextProperty* style, int dpi);
-  std::uint32_t find_or_make(std::string_view text, Paint paint);
-  void make_numbers(Paint paint);
-  std::uint32_t make(std::string_view text, Paint paint);
+  void make_numbers();
+  std::uint32_t find_or_make(std::string_view text);
+  std::uint32_t make(std::string_view text);
   Ink ink_of(std::string_view text);
-  bool place(int width, int height, Piece& piece);
-  void paint_piece(const Ink& ink, Paint paint, const Piece& piece);
-  void empty();
 
   vtkNew<vtkTextProperty> style_;
   int dpi_;
   std::string font_;
   double digits_middle_ = 0.0;
   std::vector<Piece> pieces_;
-  std::array<std::vector<std::uint32_t>, kPaints> numbers_; // pieces of one to three digits
-  std::array<std::unordered_map<std::string, std::uint32_t>, kPaints> other_texts_;
-  std::vector<unsigned char> texels_; // four bytes each, rows upwards
-  int shelf_x_ = 0, shelf_y_ = 0, shelf_height_ = 0;
-  std::uint64_t version_ = 1;
-  bool changed_ = true;
-  vtkNew<vtkImageData> image_;
-  vtkNew<vtkTexture> texture_;
+  std::vector<std::size_t> coverage_starts_;
+  std::vector<unsigned char>
+      coverage_; // two bytes a pixel: that of the text and that of the rim beside it; rows upwards
+  std::vector<std::uint32_t> numbers_; // pieces of one to three digits
+  std::unordered_map<std::string, std::uint32_t> other_texts_;
+  std::unordered_map<std::uint32_t, std::unique_ptr<Tinted>> tinted_; // by colour
+};
+
+/// Pixels have four bytes, red lowest, colours multiplied by alpha.
+class GlyphSheet::Tinted {
+public:
+  Tinted(const GlyphSheet& sheet, TovanColor tint) : sheet_(sheet), tint_(tint) {}
+  /// The piece's pixels, row by row upwards; valid until the next call.
+  const std::uint32_t* pixels(std::uint32_t piece);
+
+private:
+  void paint(std::uint32_t piece);
+
+  static constexpr std::size_t kUnpainted = static_cast<std::size_t>(-1);
+
+  const GlyphSheet& sheet_;
+  const TovanColor tint_;
+  std::vector<std::size_t> starts_;
+  std::vector<std::uint32_t> pixels_;
 };

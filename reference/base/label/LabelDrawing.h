@@ -1,50 +1,43 @@
 #pragma once
 
 #include "platform/util/TovanColor.h"
-#include "reference/base/label/FrameDepth.h"
 #include "reference/base/label/GlyphSheet.h"
-#include "reference/base/label/TextQuads.h"
 
-#include <vtkWeakPointer.h>
-
+#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string_view>
 #include <vector>
 
+class FrameDepth;
+class LabelImage;
 class LabelList;
-class ScreenProjection;
 class vtkRenderer;
 class vtkTextProperty;
-class vtkWindow;
 
-/// The labels of one mapper in one renderer.
+/// The labels of one mapper in one renderer: which of them are in view, and where.
 class LabelDrawing {
 public:
-  explicit LabelDrawing(vtkRenderer* renderer);
-
-  /// Whether the renderer is gone, or was never this one.
-  bool is_stale(vtkRenderer* renderer) const { return renderer_ != renderer; }
-  /// Draws what is in view. `hides`: not those whose point lies behind what is drawn.
-  void draw(const LabelList& labels, vtkTextProperty* style, bool hides);
-  void release(vtkWindow* window);
+  /// Finds the labels in view, without those that lie behind the depth unless that is null. False when everything is as
+  /// it was when it was last painted.
+  bool place(const LabelList& labels, vtkTextProperty* style, vtkRenderer* renderer, const FrameDepth* depth);
+  /// Paints what was placed; the labels must be the same.
+  void paint(const LabelList& labels, LabelImage& image);
 
 private:
   /// A label in view.
   struct Shown {
     std::size_t label;
     int x, y;        ///< lower left end of its line
-    std::size_t end; ///< of its pieces, which begin where those before end
+    std::size_t end; ///< of its pieces, which begin where those before it end
 
-    bool operator==(const Shown& other) const {
-      return label == other.label && x == other.x && y == other.y && end == other.end;
-    }
+    bool operator==(const Shown& other) const { return label == other.label && x == other.x && y == other.y; }
   };
-  /// What the rectangles were made from.
+  /// All that a painting is made from.
   struct State {
-    std::uint64_t list = 0, sheet = 0;
+    std::uint64_t list = 0;
+    std::shared_ptr<GlyphSheet> sheet;
     unsigned char opacity = 0;
-    std::uint32_t plain_color = 0; ///< of labels without one
+    TovanColor plain_color; ///< of labels without one
     std::vector<Shown> shown;
 
     bool operator==(const State& other) const {
@@ -53,16 +46,11 @@ private:
     }
   };
 
-  void choose_sheet(vtkTextProperty* style);
-  void place_labels(const LabelList& labels, vtkTextProperty* style, bool hides);
-  void make_quads(const LabelList& labels);
+  void find_labels_in_view(const LabelList& labels, vtkTextProperty* style, vtkRenderer* renderer,
+                           const FrameDepth* depth);
   TovanColor tint_of(TovanColor color) const;
 
-  vtkWeakPointer<vtkRenderer> renderer_;
-  std::shared_ptr<FrameDepth> depth_;
-  std::shared_ptr<GlyphSheet> sheet_;
-  TextQuads quads_;
-  State drawn_;
-  State wanted_;
-  std::vector<std::uint32_t> pieces_; // of all labels in view
+  State painted_;
+  State placed_;
+  std::vector<std::uint32_t> pieces_; // of all labels placed
 };

@@ -1,11 +1,14 @@
 #include "platform/base/GView.h"
 
+#include "platform/base/GLabelMapper.h"
 #include "platform/base/GModel.h"
+#include "reference/base/label/LabelFrame.h"
 #include "reference/base/view/FrameLooks.h"
 #include "reference/base/view/ModelState.h"
 #include "reference/base/view/Stage.h"
 
 #include <vtkActor.h>
+#include <vtkActor2D.h>
 #include <vtkCallbackCommand.h>
 #include <vtkMapper.h>
 #include <vtkNew.h>
@@ -18,6 +21,11 @@ namespace {
 // VTK's initial DPI says that nobody has asked the display yet.
 constexpr int kUnknownDpi = 72;
 constexpr int kPlainDpi = 96;
+
+bool draws_labels(vtkProp* prop) {
+  auto* actor = vtkActor2D::SafeDownCast(prop);
+  return actor && actor->GetVisibility() && GLabelMapper::SafeDownCast(actor->GetMapper());
+}
 
 } // namespace
 
@@ -32,12 +40,16 @@ struct GView::Private {
   void prepare_models();
   void start_drawing();
   std::vector<vtkActor*> part_actors() const;
+  bool labels_need_own_depth() const;
+  void read_label_depth();
 
   GView* self;
   vtkSmartPointer<vtkRenderWindow> window;
   vtkNew<vtkRenderer> renderer;
   FrameLooks looks;
   FrameLooks::Pass pass = FrameLooks::Pass::Picture;
+  std::shared_ptr<LabelFrame> label_frame;
+  bool reading_label_depth = false;
   // Frames also come from interactors, captures and hosts that render the window themselves: listening to the window
   // and the renderer gives all of them the same picture.
   vtkNew<vtkCallbackCommand> frame_starts;
@@ -93,7 +105,33 @@ void GView::Private::prepare_models() {
 }
 
 void GView::Private::start_drawing() {
-  looks.put_on(renderer, part_actors(), static_cast<double>(window->GetDPI()) / kPlainDpi, pass);
+  if (!reading_label_depth && labels_need_own_depth()) read_label_depth();
+  looks.put_on(renderer, part_actors(), static_cast<double>(window->GetDPI()) / kPlainDpi,
+               reading_label_depth ? FrameLooks::Pass::Depth : pass);
+}
+
+// Surfaces that one sees through leave no depth behind, by which labels could be hidden.
+bool GView::Private::labels_need_own_depth() const {
+  if (pass != FrameLooks::Pass::Picture || renderer->GetSelector()) return false;
+  for (GModel* model : Stage::instance().models) {
+    const OBUtil::RenderMode mode = model->get_render_mode();
+    if (mode != OBUtil::DimmedHiddenLine && mode != OBUtil::Translucent) continue;
+    const auto shown = model->view_props_.find(self);
+    if (shown == model->view_props_.end()) continue;
+    for (const auto& [data, props] : shown->second)
+      for (const auto& prop : props)
+        if (draws_labels(prop)) return true;
+  }
+  return false;
+}
+
+// A drawing of its own, before that of the frame: the renderer wipes it away when it goes on.
+void GView::Private::read_label_depth() {
+  if (!label_frame) label_frame = LabelFrame::get(renderer);
+  reading_label_depth = true;
+  renderer->Render();
+  reading_label_depth = false;
+  label_frame->depth().read(renderer);
 }
 
 std::vector<vtkActor*> GView::Private::part_actors() const {
