@@ -86,6 +86,25 @@ void set_nodes_and_thick_lines(Stage& stage) {
   stage.model.set_line_width(3.0f);
 }
 
+void set_element_labels(Stage& stage) {
+  set_blocks(stage);
+  stage.model.set_element_label_flag(Tarn::Hex, OBUtil::LocalId);
+}
+
+/// Nodes and edges of a sheet that is dark, so that labels have a bright rim, behind a block that one sees through.
+void set_node_labels(Stage& stage) {
+  const Owner sheet = stage.db.add_owner("sheet", 2);
+  const Owner block = stage.db.add_owner("block", 3);
+  const Block back = add_quads(stage.db, sheet, {3, 2}, {0, 0, 0});
+  const Block front = add_hexes(stage.db, block, {1, 1, 1}, {0, 0, 0.5});
+  stage.model.add_mesh(sheet, mesh_of(Tarn::Quad, back.elements), TovanColor(30, 0, 70), 1.0f, false);
+  stage.model.add_mesh(block, mesh_of(Tarn::Hex, front.elements), kOrange, 1.0f, false);
+  stage.model.set_render_mode(OBUtil::Translucent);
+  stage.model.set_node_label_flag(OBUtil::LocalId);
+  stage.model.set_element_label_flag(Tarn::Edge, OBUtil::LocalId);
+  stage.screen.look_at({1.5, 1.0, 0.5}, {0.2, 0.3, 1.0}, 3.2);
+}
+
 void set_hidden_owner(Stage& stage) {
   set_blocks(stage);
   stage.model.set_visibility(stage.db.owners()[1], false);
@@ -172,6 +191,8 @@ const Scene kScenes[] = {
     {"shrunk", set_shrunk},
     {"clipped", set_clipped},
     {"nodes_and_thick_lines", set_nodes_and_thick_lines},
+    {"element_labels", set_element_labels},
+    {"node_labels", set_node_labels},
     {"hidden_owner", set_hidden_owner},
     {"own_line_colors", set_own_line_colors},
     {"element_colors", set_element_colors},
