@@ -56,8 +56,8 @@ public:
     Remove,  ///< the new entities are picked no longer
     Toggle,  ///< each new entity is added, or removed if it was picked
   };
-  /// Picks the best hit under a display point of the view. Brings the models' parts up to date first, as do the next
-  /// two. True: something was hit.
+  /// Picks the best hit under a display point of the view. Brings the models' parts up to date first, and does nothing
+  /// where the view is not open or has no pixels, as do the next two. True: something was hit.
   static bool pick(GView* view, float x, float y, Change change = Change::Replace);
   /// Picks all distinct entities in a region. Where only the visible is to be picked it draws the depth first. True:
   /// something was hit.

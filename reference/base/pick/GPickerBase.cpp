@@ -29,10 +29,16 @@ PickState& state() { return PickState::instance(); }
 
 bool is_open(GView* view) { return Stage::instance().is_open(view); }
 
+// Without pixels screen and world are not related: any place would do.
+bool has_pixels(GView* view) {
+  const int* size = view->renderer()->GetSize();
+  return size[0] > 0 && size[1] > 0;
+}
+
 // Pickers walk what the views draw. What a host hid or changed since the last frame must not be met in its old state.
-// False: the view is not open (any more).
+// False: there is nothing to pick in, or not any more.
 bool bring_up_to_date(GView* view) {
-  if (!is_open(view)) return false;
+  if (!is_open(view) || !has_pixels(view)) return false;
   const Stage& stage = Stage::instance();
   for (GModel* model : std::vector<GModel*>(stage.models))
     if (stage.is_hooked(model)) model->update_parts();
