@@ -35,6 +35,8 @@ std::vector<Row> stage_rows(const Settings& settings);
 std::vector<Row> growth_rows(const Settings& settings);
 /// Picks by ray against VTK's pickers; regions over many owners against one. They need a display.
 std::vector<Row> pick_rows(const Settings& settings);
+/// Frames with many labels, alone and against VTK's label mapper. They need a display.
+std::vector<Row> label_rows(const Settings& settings);
 /// Resident memory, each measured in a process of its own.
 std::vector<Row> memory_rows(const Settings& settings);
 
