@@ -77,7 +77,7 @@ public:
     view_->render();
     window_->WaitForCompletion();
   }
-  /// How many of the points have something drawn within two pixels of them.
+  /// How many of the points have something drawn within six pixels of them.
   std::size_t labelled(const std::vector<TovanVector>& points) {
     draw();
     vtkNew<vtkUnsignedCharArray> pixels;
@@ -93,8 +93,8 @@ public:
       view_->renderer()->WorldToDisplay();
       const double* place = view_->renderer()->GetDisplayPoint();
       bool here = false;
-      for (int dy = -2; dy <= 2; ++dy)
-        for (int dx = -2; dx <= 2; ++dx)
+      for (int dy = -6; dy <= 6; ++dy)
+        for (int dx = -6; dx <= 6; ++dx)
           here = here || differs(static_cast<int>(place[0]) + dx, static_cast<int>(place[1]) + dy);
       found += here;
     }

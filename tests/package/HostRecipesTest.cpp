@@ -27,7 +27,7 @@ public:
   using GMeshModel::GMeshModel;
 
   void add_part(vtkDataObject* data, PropFactory factory) override {
-    parts_[data] = vtkMultiBlockDataSet::SafeDownCast(data);
+    parts_[data] = data;
     GMeshModel::add_part(data, factory);
   }
 
@@ -40,14 +40,19 @@ public:
   vtkIdType shown_faces() {
     update_parts();
     vtkIdType faces = 0;
-    for (const auto& [key, blocks] : parts_)
-      for (unsigned b = 0; b < blocks->GetNumberOfBlocks(); ++b)
+    for (const auto& [key, part] : parts_) {
+      auto* blocks = vtkMultiBlockDataSet::SafeDownCast(part);
+      for (unsigned b = 0; blocks && b < blocks->GetNumberOfBlocks(); ++b)
         if (auto* surface = vtkPolyData::SafeDownCast(blocks->GetBlock(b))) faces += surface->GetNumberOfPolys();
+    }
     return faces;
   }
 
+  // Whether a frame would show the labels of the owner's mesh.
+  bool shows_labels_of(Tarn::SMeshOwnerType* owner) { return parts_.count(get_mesh(owner)->get_2d_data()) == 1; }
+
 private:
-  std::map<vtkDataObject*, vtkSmartPointer<vtkMultiBlockDataSet>> parts_;
+  std::map<vtkDataObject*, vtkSmartPointer<vtkDataObject>> parts_;
 };
 
 // Three unit cubes in a row along x, ten apart, shown in red for one owner.
@@ -154,6 +159,31 @@ TEST_F(HostRecipes, GivenAHiddenMesh_WhenVisibilityIsReset_ThenOnlyHidingAndShow
   model_.set_visibility(owner_, false);
   model_.set_visibility(owner_, true);
   EXPECT_EQ(model_.shown_faces(), 18);
+}
+
+TEST_F(HostRecipes, GivenLabelsOn_WhenAMeshIsHiddenAndShown_ThenItsLabelsComeBackWithTheFlagsAlone) {
+  const auto other = database_.add_owner("other", 3);
+  model_.add_mesh(other, group().get_mesh(), green, 1, false);
+  model_.set_element_label_flag(Tarn::Hex, OBUtil::LocalId);
+  model_.set_visibility(owner_, false);
+  EXPECT_FALSE(model_.shows_labels_of(owner_));
+  model_.set_visibility(owner_, true);
+  EXPECT_FALSE(model_.shows_labels_of(owner_)) << "they stay away";
+  model_.set_visibility(other, false);
+
+  // Flags off, all shown, flags on, the hidden ones hidden again: visible meshes have labels, and no others.
+  model_.set_element_label_flag(Tarn::Hex, OBUtil::NoLabel);
+  model_.set_visibility(other, true);
+  model_.set_element_label_flag(Tarn::Hex, OBUtil::LocalId);
+  model_.set_visibility(other, false);
+  EXPECT_TRUE(model_.shows_labels_of(owner_));
+  EXPECT_FALSE(model_.shows_labels_of(other));
+}
+
+TEST_F(HostRecipes, GivenAHiddenMesh_WhenFlagsGoOn_ThenItIsLabelledThoughHidden) {
+  model_.set_visibility(owner_, false);
+  model_.set_element_label_flag(Tarn::Hex, OBUtil::LocalId);
+  EXPECT_TRUE(model_.shows_labels_of(owner_)) << "which is why the recipe shows and hides";
 }
 
 TEST_F(HostRecipes, GivenMovedNodes_WhenReported_ThenTheMeshIsDrawnWhereTheyAre) {
