@@ -6,10 +6,13 @@
 #include <CLI/CLI.hpp>
 #include <vtkVersion.h>
 
+#include <algorithm>
+
 namespace viewer {
 namespace {
 
-constexpr auto description = "Shows finite-element meshes: in a window, or, with --output or --info, without one.";
+constexpr auto description =
+    "Shows finite-element meshes: in a window, or, with --output, --info or one of --pick..., without one.";
 
 constexpr auto footer = R"(
 Results go to standard output, everything else to standard error. Coordinates have no units but the file's own.
@@ -19,14 +22,25 @@ Owners are the blocks, sets, zones, parts or geometry entities of a file; --info
 together, their owners named file/owner. Owners that lie wholly on elements of a higher dimension (side sets, boundary
 surfaces) start hidden.
 
-In the window: drag left to rotate, middle or Shift+left to pan, wheel or right to zoom; H shows every key.
+Picking: a record has kind (Node or Element), type, id, global_id, handle, owner, distance (smaller is nearer), exact
+(hit, not only nearly) and point (null for regions). The same pick prints the same bytes every time. Names for --filter:
+Hex, Tet, Pyramid, Wedge, Knife, Superelement, Face (quadrilaterals), Tri, Edge, Node, ThreeDimElement, TwoDimElement,
+and Element: nodes stand for their own elements, and only elements with a global id count. KIND for --select and
+--labels: node, edge, tri, quad, tet, hex, wedge, pyramid, superelement, or element for any; plurals do as well.
+
+In the window: drag left to rotate, middle or Shift+left to pan, wheel or right to zoom. Click to pick, Ctrl adds, Shift
+removes; click again for what lies below, twice for a new centre. B, O, C begin a box, polygon or circle; / finds by id;
+H shows every key. Each change of what is picked is one line on standard output, in the form that --select takes.
 
 Examples:
   orbel_view bridge.vtk                                   open a window
   orbel_view --output=bridge.png --view=+x bridge.vtk     write a picture, seen from +x
   orbel_view --info bridge.vtk                            nodes, elements, owners and bounds as JSON
   orbel_view --clip=1,0,0,2.5 --shrink=0.8 bridge.vtk     keep what has x >= 2.5, draw elements apart
-  orbel_view --only=deck --color-by=kind bridge.vtk       one owner, coloured by kind of element)";
+  orbel_view --only=deck --color-by=kind bridge.vtk       one owner, coloured by kind of element
+  orbel_view --pick=640,360 --filter=Node bridge.vtk      the nodes under the middle of the picture
+  orbel_view --pick-box=0,0,640,720 --whole bridge.vtk    the visible elements in its left half
+  orbel_view --select=hex:1-4 --output=a.png bridge.vtk   a picture with four elements highlighted)";
 
 // "--name=VALUE", the way in which the options are written everywhere else.
 class HelpFormatter : public CLI::Formatter {
@@ -68,6 +82,23 @@ public:
       }
     };
     app_.add_option_function<std::string>(name, parse, text)->type_name(form)->take_last()->group(group_);
+  }
+
+  // As `value`, but every one given counts.
+  template <class Store>
+  void every_value(const std::string& name, const std::string& form, const std::string& text, Store store) {
+    const auto parse = [name, store](const std::vector<std::string>& all) {
+      try {
+        for (const std::string& given : all)
+          store(given);
+      } catch (const BadValue& bad) {
+        throw CLI::ValidationError(name, bad.what());
+      }
+    };
+    app_.add_option_function<std::vector<std::string>>(name, parse, text)
+        ->type_name(form)
+        ->allow_extra_args(false)
+        ->group(group_);
   }
 
   void names(const std::string& name, std::vector<std::string>& list, const std::string& text) {
@@ -143,6 +174,44 @@ void add_display_options(OptionAdder& add, DisplayOptions& display, bool& opacit
             [&](const std::string& text) { display.clip = parse_clip(text); });
 }
 
+void add_pick_options(OptionAdder& add, PickOptions& picking, std::vector<std::string>& pick_names) {
+  add.group("Picking (pixels of the picture, origin at the lower left; no window opens)");
+  using Shape = PickRequest::Shape;
+  const auto pick = [&](const std::string& name, const std::string& form, const std::string& text, Shape shape) {
+    add.value(name, form, text, [&picking, &pick_names, name, shape](const std::string& given) {
+      picking.request = parse_pick(shape, given);
+      if (std::find(pick_names.begin(), pick_names.end(), name) == pick_names.end()) pick_names.push_back(name);
+    });
+  };
+  pick("--pick", "X,Y", "Print what lies under a point as a JSON list of records, nearest first.", Shape::Point);
+  pick("--pick-box", "X0,Y0,X1,Y1", "Print what lies in a box, visible entities only.", Shape::Box);
+  pick("--pick-circle", "X,Y,R", "The same for a circle.", Shape::Circle);
+  pick("--pick-polygon", "X0,Y0,...", "The same for a polygon of three corners or more.", Shape::Polygon);
+  add.group("What is picked, also in the window");
+  add.value("--filter", "NAME[,...]",
+            "What can be picked (names below); default: the kinds of element there are.",
+            [&](const std::string& text) { picking.filter = parse_filter(text); });
+  add.flag("--through", picking.through, "Regions take hidden entities too.");
+  add.flag("--whole", picking.whole, "Regions take only entities that are wholly inside.");
+  add.every_value("--select", "KIND:IDS",
+                  "Pick by id: hex:1,5,9-12 or hex@global:7 (below). May be repeated.",
+                  [&](const std::string& text) { picking.select.push_back(parse_selection(text)); });
+}
+
+// "" when pick options go together, else why not.
+std::string pick_clash(const Options& options, const std::vector<std::string>& pick_names) {
+  const PickOptions& picking = options.picking;
+  if (pick_names.size() > 1) return pick_names[0] + " and " + pick_names[1] + " exclude each other";
+  if (!picking.request || picking.request->shape != PickRequest::Shape::Point) return "";
+  // Options that change nothing would look like a fault.
+  if (picking.through) return "--through is for regions, not for --pick";
+  if (picking.whole) return "--whole is for regions, not for --pick";
+  const auto& at = picking.request->numbers;
+  const auto& size = options.resolution;
+  if (at[0] >= 0 && at[1] >= 0 && at[0] < size[0] && at[1] < size[1]) return "";
+  return "--pick: the point lies outside the picture of " + std::to_string(size[0]) + " x " + std::to_string(size[1]);
+}
+
 void add_camera_options(OptionAdder& add, CameraOptions& camera) {
   add.group("Camera (the whole visible mesh first)");
   add.value("--view", "FROM", "iso (default), +x, -x, +y, -y, +z or -z: where it is seen from.",
@@ -182,6 +251,7 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
   bool sample_if_no_file = false;
   bool opacity_given = false;
   bool mode_given = false;
+  std::vector<std::string> pick_names;
 
   CLI::App app(description, "orbel_view");
   app.formatter(std::make_shared<HelpFormatter>());
@@ -192,6 +262,7 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
   add_owner_options(add, options);
   add_display_options(add, options.display, opacity_given, mode_given);
   add_camera_options(add, options.camera);
+  add_pick_options(add, options.picking, pick_names);
   add_options_of_scripts(add, options, sample_if_no_file);
   app.set_help_flag("--help,-h", "Print this text.")->group("About");
   app.set_version_flag("--version", version_text, "Print the version.")->group("About");
@@ -217,6 +288,8 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
     line.ending = wrong_usage("no FILE given");
   else if (!options.files.empty() && options.sample)
     line.ending = wrong_usage("--sample takes no FILE");
+  else if (const std::string clash = pick_clash(options, pick_names); !clash.empty())
+    line.ending = wrong_usage(clash);
   // An opacity that changes nothing would look like a fault.
   if (opacity_given && !mode_given) options.display.render_mode = OBUtil::Translucent;
   return line;

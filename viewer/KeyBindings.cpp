@@ -24,7 +24,9 @@ const std::map<std::string, std::string>& usual_names() {
                                                            {"equal", "+"},
                                                            {"KP_Add", "+"},
                                                            {"minus", "-"},
-                                                           {"KP_Subtract", "-"}};
+                                                           {"KP_Subtract", "-"},
+                                                           {"slash", "/"},
+                                                           {"KP_Divide", "/"}};
   return names;
 }
 
@@ -47,15 +49,20 @@ const KeyBinding* find_binding(const std::vector<KeyBinding>& bindings, const st
   return nullptr;
 }
 
-std::string help_text(const std::vector<KeyBinding>& bindings) {
+std::vector<std::string> help_lines(const std::vector<KeyBinding>& bindings) {
+  const std::size_t indent = help_indent(bindings);
+  std::vector<std::string> lines;
+  // Blanks at both ends, since the text's frame has no margin.
+  for (const KeyBinding& binding : bindings)
+    lines.push_back("  " + binding.label + std::string(indent - 2 - binding.label.size(), ' ') + binding.text + "  ");
+  return lines;
+}
+
+std::size_t help_indent(const std::vector<KeyBinding>& bindings) {
   std::size_t width = 0;
   for (const KeyBinding& binding : bindings)
     width = std::max(width, binding.label.size());
-  // A margin of blanks, since the text's frame has none.
-  std::string text = "\n";
-  for (const KeyBinding& binding : bindings)
-    text += "  " + binding.label + std::string(width + 2 - binding.label.size(), ' ') + binding.text + "  \n";
-  return text;
+  return width + 4;
 }
 
 } // namespace viewer

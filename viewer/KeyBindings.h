@@ -22,7 +22,9 @@ std::string pressed_key(vtkRenderWindowInteractor* interactor);
 /// The binding of the key, or null.
 const KeyBinding* find_binding(const std::vector<KeyBinding>& bindings, const std::string& key);
 
-/// The help: one line per binding that has a text, the labels in a column of their own.
-std::string help_text(const std::vector<KeyBinding>& bindings);
+/// The help: one line per binding, the labels in a column of their own.
+std::vector<std::string> help_lines(const std::vector<KeyBinding>& bindings);
+/// The letters before the second column.
+std::size_t help_indent(const std::vector<KeyBinding>& bindings);
 
 } // namespace viewer

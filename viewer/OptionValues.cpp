@@ -1,5 +1,7 @@
 #include "viewer/OptionValues.h"
 
+#include "pick/GMeshPicker.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -74,6 +76,55 @@ int parse_side(const std::string& text) {
   return side;
 }
 
+// The form and what it is made of: so many numbers, or, when `more`, so many and any even number besides.
+struct PickForm {
+  const char* form;
+  std::size_t count;
+  bool more;
+};
+
+const PickForm& form_of(PickRequest::Shape shape) {
+  static constexpr PickForm forms[] = {
+      {"X,Y", 2, false}, {"X0,Y0,X1,Y1", 4, false}, {"X,Y,R", 3, false}, {"X0,Y0,X1,Y1,X2,Y2,...", 6, true}};
+  return forms[static_cast<std::size_t>(shape)];
+}
+
+constexpr double largest_pixel = 1e6;
+
+const std::vector<const char*>& filter_names() {
+  static const std::vector<const char*> names = {
+      GMeshPicker::gHexType,    GMeshPicker::gTetType,       GMeshPicker::gPyramidType,   GMeshPicker::gWedgeType,
+      GMeshPicker::gKnifeType,  GMeshPicker::gSuperElemType, GMeshPicker::gQuadType,      GMeshPicker::gTriType,
+      GMeshPicker::gEdgeType,   GMeshPicker::gNodeType,      GMeshPicker::g3dElementType, GMeshPicker::g2dElementType,
+      GMeshPicker::gElementType};
+  return names;
+}
+
+EntityKind parse_kind(const std::string& text) {
+  std::string names;
+  for (const EntityKind kind : entity_kinds()) {
+    if (text == kind_name(kind) || text == kind_names(kind)) return kind;
+    names += std::string(names.empty() ? "" : ", ") + kind_name(kind);
+  }
+  throw BadValue(quoted(text) + " is not one of " + names);
+}
+
+int parse_id(const std::string& text) {
+  int id = 0;
+  const char* const end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, id);
+  if (result.ec != std::errc() || result.ptr != end || id < 0) throw BadValue(quoted(text) + " is not an id");
+  return id;
+}
+
+IdRange parse_range(const std::string& text) {
+  const std::size_t dash = text.find('-');
+  if (dash == std::string::npos || dash == 0) return {parse_id(text), parse_id(text)};
+  const IdRange range = {parse_id(text.substr(0, dash)), parse_id(text.substr(dash + 1))};
+  if (range.first > range.last) throw BadValue(quoted(text) + " runs backwards");
+  return range;
+}
+
 } // namespace
 
 double parse_number(const std::string& text) {
@@ -128,6 +179,50 @@ OBUtil::RenderMode parse_render_mode(const std::string& text) { return parse_cho
 ColorBy parse_color_by(const std::string& text) { return parse_choice(text, color_sources); }
 
 readers::GroupBy parse_group_by(const std::string& text) { return parse_choice(text, groupings); }
+
+PickRequest parse_pick(PickRequest::Shape shape, const std::string& text) {
+  const PickForm& form = form_of(shape);
+  const auto parts = split(text);
+  const bool fits = parts.size() == form.count || (form.more && parts.size() > form.count && parts.size() % 2 == 0);
+  if (!fits) throw BadValue(quoted(text) + " is not of the form " + form.form);
+  PickRequest request{shape, {}};
+  for (const std::string& part : parts)
+    request.numbers.push_back(parse_number(part, -largest_pixel, largest_pixel));
+  if (shape == PickRequest::Shape::Circle && !(request.numbers[2] > 0))
+    throw BadValue(quoted(text) + " has no positive radius");
+  return request;
+}
+
+std::vector<std::string> parse_filter(const std::string& text) {
+  const auto& known = filter_names();
+  const auto names = split(text);
+  for (const std::string& name : names) {
+    if (std::find(known.begin(), known.end(), name) != known.end()) continue;
+    std::string list;
+    for (const char* each : known)
+      list += std::string(list.empty() ? "" : ", ") + each;
+    throw BadValue(quoted(name) + " is not one of " + list);
+  }
+  return names;
+}
+
+IdSelection parse_selection(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos) throw BadValue(quoted(text) + " is not of the form KIND:IDS");
+  std::string kind = text.substr(0, colon);
+  IdSelection selection;
+  const std::size_t at = kind.find('@');
+  if (at != std::string::npos) {
+    if (kind.substr(at) != "@global") throw BadValue(quoted(kind.substr(at)) + " is not @global");
+    kind.resize(at);
+    selection.global = true;
+  }
+  selection.kind = parse_kind(kind);
+  if (selection.global && selection.kind == EntityKind::Node) throw BadValue("nodes have no global ids");
+  for (const std::string& part : split(text.substr(colon + 1)))
+    selection.ranges.push_back(parse_range(part));
+  return selection;
+}
 
 std::string parse_picture_path(const std::string& text) {
   std::string end = text.size() > 4 ? text.substr(text.size() - 4) : "";

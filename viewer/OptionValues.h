@@ -35,6 +35,12 @@ OBUtil::RenderMode parse_render_mode(const std::string& text);
 ColorBy parse_color_by(const std::string& text);
 /// "owner" or "none".
 readers::GroupBy parse_group_by(const std::string& text);
+/// "X,Y", "X0,Y0,X1,Y1", "X,Y,R" with a positive radius, or three corners and more: by the shape.
+PickRequest parse_pick(PickRequest::Shape shape, const std::string& text);
+/// Names of the pick filter, separated by commas: "Hex,Node".
+std::vector<std::string> parse_filter(const std::string& text);
+/// "KIND:IDS" or "KIND@global:IDS": "hex:1,5,9-12", "nodes:3". Ids are not negative.
+IdSelection parse_selection(const std::string& text);
 /// A path that ends in ".png".
 std::string parse_picture_path(const std::string& text);
 

@@ -3,6 +3,7 @@
 #include "platform/base/OBUtil.h"
 #include "platform/util/TovanColor.h"
 #include "readers/MeshReader.h"
+#include "viewer/IdSelection.h"
 
 #include <array>
 #include <optional>
@@ -41,6 +42,22 @@ struct DisplayOptions {
   ColorBy color_by = ColorBy::Owner;               ///< where surfaces get their colour
 };
 
+/// What a pick asks about, in pixels of the picture, origin at the lower left.
+struct PickRequest {
+  enum class Shape { Point, Box, Circle, Polygon };
+  Shape shape = Shape::Point;
+  std::vector<double> numbers; ///< X,Y; X0,Y0,X1,Y1 of two corners; X,Y,R; or X,Y of each corner of the polygon
+};
+
+/// What can be picked, and what is.
+struct PickOptions {
+  std::optional<PickRequest> request; ///< the pick to make without a window
+  std::vector<std::string> filter;    ///< the pick filter; empty for the kinds of element that the mesh has
+  bool through = false;               ///< whether region picks take hidden entities too
+  bool whole = false;                 ///< whether region picks take only entities that are wholly inside
+  std::vector<IdSelection> select;    ///< what is picked at the start
+};
+
 /// Which owners are drawn. They are applied in this order.
 struct OwnerOptions {
   std::vector<std::string> only; ///< when there is any: exactly these
@@ -68,6 +85,7 @@ struct Options {
   DisplayOptions display;
   OwnerOptions owners;
   CameraOptions camera;
+  PickOptions picking;
 };
 
 } // namespace viewer

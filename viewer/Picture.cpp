@@ -1,8 +1,8 @@
 #include "viewer/Picture.h"
 
-#include "platform/base/GView.h"
 #include "viewer/Camera.h"
 #include "viewer/Messages.h"
+#include "viewer/OutputFile.h"
 #include "viewer/Scene.h"
 
 #include <vtkImageData.h>
@@ -12,13 +12,6 @@
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtkUnsignedCharArray.h>
-
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
 
 namespace viewer {
 namespace {
@@ -38,19 +31,6 @@ vtkSmartPointer<vtkUnsignedCharArray> encode_png(vtkRenderWindow* window) {
   return writer->GetResult();
 }
 
-std::string write_bytes(const std::string& path, const unsigned char* bytes, std::size_t count) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  if (!file) return std::strerror(errno);
-  file.write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(count));
-  file.close();
-  if (file) return "";
-  const std::string reason = std::strerror(errno);
-  std::error_code ignored;
-  if (std::filesystem::is_regular_file(std::filesystem::symlink_status(path, ignored)))
-    std::filesystem::remove(path, ignored);
-  return reason;
-}
-
 // VTK's text tells source file and object first: what a user can use comes last.
 std::string message_of(const std::string& error) {
   const std::size_t address = error.find("): ");
@@ -59,31 +39,35 @@ std::string message_of(const std::string& error) {
 
 } // namespace
 
-std::string why_not_writable(const std::string& path) {
-  if (std::filesystem::is_directory(path)) return std::strerror(EISDIR);
-  const auto folder = std::filesystem::absolute(path).parent_path();
-  return access(folder.c_str(), W_OK | X_OK) == 0 ? "" : std::strerror(errno);
-}
-
 std::string write_png(vtkRenderWindow* window, const std::string& path) {
   const auto bytes = encode_png(window);
   if (bytes == nullptr || bytes->GetNumberOfValues() == 0) return "the graphics system gave no picture";
-  return write_bytes(path, bytes->GetPointer(0), bytes->GetNumberOfValues());
+  return write_file(path, bytes->GetPointer(0), bytes->GetNumberOfValues());
 }
 
-std::string write_picture(Scene& scene, const Options& options) {
-  vtkNew<vtkRenderWindow> window;
-  window->SetOffScreenRendering(1);
-  window->SetSize(options.resolution[0], options.resolution[1]);
-  GView view(window);
+StillView::StillView(Scene& scene, const Options& options) : view_(window_) {
+  window_->SetOffScreenRendering(1);
+  window_->SetSize(options.resolution[0], options.resolution[1]);
   double background[3];
   options.display.background.to_rgb(background);
-  view.renderer()->SetBackground(background);
-  point_camera(view.renderer(), scene.visible_points(), options.camera);
+  view_.renderer()->SetBackground(background);
+  point_camera(view_.renderer(), scene.visible_points(), options.camera);
+}
+
+StillView::~StillView() = default;
+
+GView& StillView::view() { return view_; }
+
+std::string StillView::draw() {
   take_errors();
-  view.render();
+  view_.render();
   const auto errors = take_errors();
-  return errors.empty() ? write_png(window, *options.output) : message_of(errors.front());
+  return errors.empty() ? "" : message_of(errors.front());
+}
+
+std::string StillView::write(const std::string& path) {
+  const std::string reason = draw();
+  return reason.empty() ? write_png(window_, path) : reason;
 }
 
 } // namespace viewer

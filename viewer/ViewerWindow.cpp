@@ -1,9 +1,14 @@
 #include "viewer/ViewerWindow.h"
 
+#include "mesh/database/MDBDefines.h"
+#include "reference/tarn/MeshDatabase.h"
 #include "viewer/Camera.h"
 #include "viewer/MeshBounds.h"
 #include "viewer/Messages.h"
 #include "viewer/OptionValues.h"
+#include "viewer/OutputFile.h"
+#include "viewer/Palette.h"
+#include "viewer/PickKinds.h"
 #include "viewer/Picture.h"
 #include "viewer/Scene.h"
 
@@ -18,17 +23,12 @@
 #include <vtkRenderWindowInteractor.h>
 #include <vtkRenderer.h>
 
-#include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 namespace viewer {
 namespace {
 
-constexpr double usual_shrink = 0.8;
-constexpr double clip_step = 0.05;
-constexpr double turn_step = 15;
-constexpr double zoom_step = 1.25;
+constexpr int least_width_for_legend = 700; // in a smaller window it would lie on the mesh
 
 std::array<double, 6> bounds_or_unit(Tarn::MeshDatabase& database) {
   std::array<double, 6> bounds = {0, 1, 0, 1, 0, 1};
@@ -36,23 +36,12 @@ std::array<double, 6> bounds_or_unit(Tarn::MeshDatabase& database) {
   return bounds;
 }
 
-// A name in the working folder that is not taken yet.
-std::string free_picture_name() {
-  for (int number = 1;; ++number) {
-    const std::string digits = std::to_string(number);
-    const std::string name =
-        "orbel_view-" + std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits + ".png";
-    if (!std::filesystem::exists(name)) return name;
-  }
-}
-
-const char* on_or_off(bool on) { return on ? "on" : "off"; }
-
 } // namespace
 
 ViewerWindow::ViewerWindow(Scene& scene, const Options& options, const std::string& title)
     : scene_(scene), options_(options), title_(title), camera_(options.camera), view_(window_),
-      overlay_(view_.renderer()), clip_(options.display.clip, bounds_or_unit(scene.database())) {
+      overlay_(view_.renderer()), legend_(view_.renderer()), region_(view_.renderer()),
+      clip_(options.display.clip, bounds_or_unit(scene.database())), owners_(scene), picking_(scene, options.picking) {
   window_->SetSize(options.resolution[0], options.resolution[1]);
   window_->SetWindowName(("orbel_view: " + one_line(title)).c_str());
   double background[3];
@@ -74,14 +63,17 @@ ViewerWindow::ViewerWindow(Scene& scene, const Options& options, const std::stri
   bind_clip_keys();
   bind_view_keys();
   bind_owner_keys();
+  bind_pick_keys();
+  bind_region_keys();
   bind_window_keys();
-  overlay_.set_help(help_text(bindings_));
-  style_->set_bindings(&bindings_);
+  overlay_.set_help(help_lines(bindings_), static_cast<int>(help_indent(bindings_)));
+  style_->set_handler(this);
   interactor_->SetRenderWindow(window_);
   interactor_->SetInteractorStyle(style_);
   // Frames go through the view, which brings the mesh up to date first.
   interactor_->EnableRenderOff();
   interactor_->AddObserver(vtkCommand::RenderEvent, this, &ViewerWindow::render);
+  interactor_->AddObserver(vtkCommand::ConfigureEvent, this, &ViewerWindow::forget_click);
 }
 
 ViewerWindow::~ViewerWindow() {
@@ -89,146 +81,83 @@ ViewerWindow::~ViewerWindow() {
   interactor_->SetInteractorStyle(nullptr);
 }
 
+std::string ViewerWindow::select_at_start() {
+  return picking_.select(view_, options_.picking.select, GPickerBase::Change::Replace);
+}
+
 void ViewerWindow::run() {
   interactor_->Initialize();
+  start_anew();
+  report_picks();
   look_from(options_.camera.view);
   say("H shows every key");
   interactor_->Start();
 }
 
-void ViewerWindow::bind(std::vector<std::string> keys, const std::string& label, const std::string& text,
-                        std::function<void(const std::string& key)> action) {
-  bindings_.push_back({std::move(keys), label, text, std::move(action)});
-}
-
-void ViewerWindow::bind_mode_keys() {
-  bind({"1", "2", "3", "4", "5"}, "1 2 3 4 5", "wireframe, hidden lines, dimmed hidden lines, shaded, translucent",
-       [this](const std::string& key) {
-         change_display([&](DisplayOptions& display) {
-           display.render_mode = static_cast<OBUtil::RenderMode>(OBUtil::Wireframe + key[0] - '1');
-           return std::string(render_mode_name(display.render_mode));
-         });
-       });
-}
-
-void ViewerWindow::bind_display_keys() {
-  const auto toggle = [this](const char* what, bool DisplayOptions::*setting) {
-    return [this, what, setting](const std::string&) {
-      change_display([&](DisplayOptions& display) {
-        display.*setting = !(display.*setting);
-        return std::string(what) + on_or_off(display.*setting);
-      });
-    };
-  };
-  bind({"e"}, "E", "edges on and off", toggle("edges ", &DisplayOptions::edges));
-  bind({"n"}, "N", "nodes on and off", toggle("nodes ", &DisplayOptions::nodes));
-  bind({"s"}, "S", "shrink elements, or not", [this](const std::string&) {
-    change_display([&](DisplayOptions& display) {
-      const double factor = options_.display.shrink < 1 ? options_.display.shrink : usual_shrink;
-      display.shrink = display.shrink < 1 ? 1 : factor;
-      return std::string("shrink ") + on_or_off(display.shrink < 1);
-    });
-  });
-  bind({"k"}, "K", "colour by kind of element, or by owner", [this](const std::string&) {
-    change_display([&](DisplayOptions& display) {
-      display.color_by = display.color_by == ColorBy::Owner ? ColorBy::Kind : ColorBy::Owner;
-      return std::string("colour by ") + (display.color_by == ColorBy::Owner ? "owner" : "kind");
-    });
-  });
-}
-
-void ViewerWindow::bind_clip_keys() {
-  bind({"p"}, "P", "clipping plane on and off", [this](const std::string&) {
-    clip_.toggle();
-    apply_clip();
-  });
-  bind({"PageUp", "PageDown"}, "PageUp PageDown", "move the clipping plane", [this](const std::string& key) {
-    clip_.move(key == "PageUp" ? clip_step : -clip_step);
-    apply_clip();
-  });
-  bind({"a"}, "A", "turn the clipping plane to the next axis", [this](const std::string&) {
-    clip_.turn();
-    apply_clip();
-  });
-}
-
-void ViewerWindow::bind_view_keys() {
-  bind({"i"}, "I", "look from the corner", [this](const std::string&) { look_from(ViewFrom::Iso); });
-  bind({"x", "y", "z"}, "X Y Z", "look from +x, +y, +z", [this](const std::string& key) {
-    look_from(key == "x" ? ViewFrom::PlusX : key == "y" ? ViewFrom::PlusY : ViewFrom::PlusZ);
-  });
-  bind({"Shift+x", "Shift+y", "Shift+z"}, "Shift+X Y Z", "look from -x, -y, -z", [this](const std::string& key) {
-    look_from(key == "Shift+x" ? ViewFrom::MinusX : key == "Shift+y" ? ViewFrom::MinusY : ViewFrom::MinusZ);
-  });
-  bind({"f"}, "F", "fit the visible mesh into the window", [this](const std::string&) { fit(); });
-  bind({"v"}, "V", "parallel or perspective projection", [this](const std::string&) { toggle_parallel(); });
-  bind({"Left", "Right", "Up", "Down"}, "Arrows", "turn", [this](const std::string& key) {
-    turn(key == "Left"    ? -turn_step
-         : key == "Right" ? turn_step
-                          : 0,
-         key == "Down" ? -turn_step
-         : key == "Up" ? turn_step
-                       : 0);
-  });
-  bind({"+", "-"}, "+ -", "zoom", [this](const std::string& key) { zoom(key == "+" ? zoom_step : 1 / zoom_step); });
-}
-
-void ViewerWindow::bind_owner_keys() {
-  bind({"Tab", "Shift+Tab"}, "Tab Shift+Tab", "next and previous owner into focus",
-       [this](const std::string& key) { focus(key == "Tab" ? 1 : -1); });
-  bind({"Space"}, "Space", "hide or show the owner in focus", [this](const std::string&) {
-    if (focus_)
-      set_focused_visible(!scene_.is_visible(*focus_));
-    else
-      say("no owner is in focus: Tab takes one");
-  });
-  bind({"Return"}, "Return", "show the owner in focus alone", [this](const std::string&) { isolate(); });
-  bind({"u"}, "U", "show all owners", [this](const std::string&) { show_all(); });
-}
-
-void ViewerWindow::bind_window_keys() {
-  bind({"t"}, "T", "take a picture: orbel_view-001.png and so on", [this](const std::string&) { take_picture(); });
-  bind({"r"}, "R", "everything as at the start", [this](const std::string&) { reset(); });
-  bind({"h"}, "H", "this list", [this](const std::string&) {
-    overlay_.show_help(!overlay_.shows_help());
-    render();
-  });
-  bind({"q", "Ctrl+q"}, "Q", "quit", [this](const std::string&) { interactor_->TerminateApp(); });
-  bind({}, "", "", nullptr);
-  bind({}, "Mouse", "left rotates, middle or Shift+left pans, wheel or right zooms", nullptr);
-}
-
 void ViewerWindow::render() {
+  needs_frame_ = false;
   overlay_.lay_out();
+  legend_.lay_out(overlay_.shows_help());
   view_.render();
   const auto errors = take_errors();
   if (errors.empty()) return;
   overlay_.set_message(errors.back(), true);
+  overlay_.lay_out();
   view_.render();
 }
 
-void ViewerWindow::update_status() {
-  std::size_t shown = 0;
-  for (std::size_t i = 0; i < scene_.owners().size(); ++i)
-    shown += scene_.is_visible(i);
-  std::string text =
-      title_ + "   " + std::to_string(shown) + " of " + std::to_string(scene_.owners().size()) + " owners shown";
-  if (focus_)
-    text += "   focus: " + std::to_string(*focus_ + 1) + " '" + scene_.owners()[*focus_].name + "'" +
-            (scene_.is_visible(*focus_) ? "" : ", hidden");
+void ViewerWindow::update_texts() {
+  std::string text = title_ + "   " + std::to_string(owners_.shown_count()) + " of " +
+                     std::to_string(scene_.owners().size()) + " owners shown";
+  if (const auto& focus = owners_.focus())
+    text += "   focus: " + std::to_string(*focus + 1) + " '" + scene_.owners()[*focus].name + "'" +
+            (scene_.is_visible(*focus) ? "" : ", hidden");
   overlay_.set_status(one_line(text));
+
+  std::string picks = "pick " + describe_filter(picking_.filter());
+  if (picking_.through) picks += ", through";
+  if (picking_.whole) picks += ", whole";
+  if (!hovers_) picks += ", no hover";
+  overlay_.set_pick_line(one_line(picks + "   " + picked_text_));
+  update_legend();
+}
+
+void ViewerWindow::update_legend() {
+  const TovanColor no_color(170, 170, 170);
+  const bool by_kind = scene_.display().color_by == ColorBy::Kind;
+  std::vector<LegendRow> rows;
+  if (by_kind)
+    for (std::uint32_t kind = Tarn::OneNode; kind <= Tarn::Superelement; ++kind) {
+      const auto type = static_cast<Tarn::ElementType>(kind);
+      if (scene_.database().element_count(type) > 0)
+        rows.push_back({MDBDefines::TarnTypeName(type), kind_color(type), false, false, std::nullopt});
+    }
+  rows.push_back({"Owners: " + std::to_string(owners_.shown_count()) + " of " + std::to_string(scene_.owners().size()),
+                  std::nullopt, false, true, std::nullopt});
+  for (std::size_t i = 0; i < scene_.owners().size(); ++i) {
+    const SceneOwner& owner = scene_.owners()[i];
+    rows.push_back(
+        {one_line(owner.name), by_kind ? no_color : owner.color, !scene_.is_visible(i), owners_.focus() == i, i});
+  }
+  legend_.set_rows(std::move(rows));
 }
 
 void ViewerWindow::say(const std::string& text, bool is_error) {
-  overlay_.set_message(text, is_error);
-  update_status();
+  overlay_.set_message(one_line(text), is_error);
+  update_texts();
   render();
 }
 
 void ViewerWindow::change_display(const Change& change) {
   DisplayOptions display = scene_.display();
+  const ColorBy colors = display.color_by;
   const std::string text = change(display);
   scene_.set_display(display);
+  // Colouring adds every mesh anew, and highlights follow their meshes' ends.
+  if (display.color_by != colors) {
+    end_hover();
+    picking_.renew(view_);
+  }
   say(text);
 }
 
@@ -290,66 +219,59 @@ void ViewerWindow::toggle_parallel() {
   say(camera_.parallel ? "parallel projection" : "perspective projection");
 }
 
-void ViewerWindow::focus(int step) {
-  const std::size_t count = scene_.owners().size();
-  if (count == 0) {
+void ViewerWindow::move_focus(int step) {
+  if (!owners_.move_focus(step)) {
     say("there are no owners");
     return;
   }
-  if (focus_)
-    focus_ = (*focus_ + count + step) % count;
-  else
-    focus_ = step > 0 ? 0 : count - 1;
+  const std::size_t focus = *owners_.focus();
   outline_focus();
-  say("owner '" + scene_.owners()[*focus_].name + "' is in focus");
-}
-
-void ViewerWindow::set_focused_visible(bool visible) {
-  scene_.set_visible(*focus_, visible);
-  say(std::string(visible ? "shown: '" : "hidden: '") + scene_.owners()[*focus_].name + "'");
-}
-
-void ViewerWindow::isolate() {
-  if (!focus_) {
-    say("no owner is in focus: Tab takes one");
-    return;
-  }
-  for (std::size_t i = 0; i < scene_.owners().size(); ++i)
-    scene_.set_visible(i, i == *focus_);
-  say("alone: '" + scene_.owners()[*focus_].name + "'");
-}
-
-void ViewerWindow::show_all() {
-  for (std::size_t i = 0; i < scene_.owners().size(); ++i)
-    scene_.set_visible(i, true);
-  say("all owners shown");
+  legend_.reveal(focus);
+  say("owner '" + scene_.owners()[focus].name + "' is in focus");
 }
 
 void ViewerWindow::outline_focus() {
   std::array<double, 6> bounds;
-  const bool has_bounds = focus_ && scene_.owner_bounds(*focus_, bounds);
+  const bool has_bounds = owners_.focus() && scene_.owner_bounds(*owners_.focus(), bounds);
   outline_->SetVisibility(has_bounds);
   if (has_bounds) outline_box_->SetBounds(bounds.data());
+}
+
+void ViewerWindow::start_anew() {
+  legend_.set_visible(options_.resolution[0] >= least_width_for_legend);
+  picking_.set_filter(options_.picking.filter);
+  picking_.through = options_.picking.through;
+  picking_.whole = options_.picking.whole;
+  camera_ = options_.camera;
+  hovers_ = !HoverPace::is_too_long(picking_.cost_of_point());
 }
 
 void ViewerWindow::reset() {
   clip_ = ClipControl(options_.display.clip, bounds_or_unit(scene_.database()));
   scene_.set_display(options_.display);
+  owners_.remember();
   scene_.show_owners(options_.owners);
-  focus_.reset();
+  owners_.end_focus();
   outline_focus();
-  overlay_.show_help(false);
-  camera_ = options_.camera;
+  overlay_.end_help();
+  end_hover();
+  region_.cancel();
+  start_anew();
+  select_at_start();
+  report_picks();
   look_from(camera_.view);
   say("as at the start");
 }
 
 void ViewerWindow::take_picture() {
-  const std::string name = free_picture_name();
+  const std::string name = free_name("orbel_view", ".png");
+  const bool has_legend = legend_.is_visible();
   overlay_.set_visible(false);
+  legend_.set_visible(false);
   render();
   const std::string reason = write_png(window_, name);
   overlay_.set_visible(true);
+  legend_.set_visible(has_legend);
   say(reason.empty() ? "picture written: " + name : "cannot write " + name + ": " + reason, !reason.empty());
 }
 

@@ -2,7 +2,9 @@
 #include "viewer/Info.h"
 #include "viewer/MeshFiles.h"
 #include "viewer/Messages.h"
+#include "viewer/OutputFile.h"
 #include "viewer/OwnerNames.h"
+#include "viewer/Picking.h"
 #include "viewer/Picture.h"
 #include "viewer/Scene.h"
 #include "viewer/ViewerWindow.h"
@@ -12,6 +14,7 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <sstream>
 
 namespace {
@@ -53,13 +56,13 @@ std::string joined(const std::vector<std::string>& texts) {
 // A picture is drawn on a display of its own where there is none; a window needs a real one.
 void ensure_display(const Options& options, VirtualDisplay& own) {
   if (display_is_usable()) return;
-  if (!options.output)
+  if (!options.output && !options.picking.request)
     throw Failure{
         "cannot open a window: no display with OpenGL (set DISPLAY, or write a picture with --output=FILE.png)"};
   const std::string reason = own.start();
   if (!reason.empty())
-    throw Failure{"cannot draw " + *options.output + ": no display with OpenGL, and " + reason +
-                  " (install xvfb, or set DISPLAY)"};
+    throw Failure{(options.output ? "cannot draw " + *options.output : "cannot pick") +
+                  ": no display with OpenGL, and " + reason + " (install xvfb, or set DISPLAY)"};
 }
 
 MeshFiles open_files(const Options& options) {
@@ -80,9 +83,25 @@ std::vector<std::string> hidden_owners(const Scene& scene) {
   return names;
 }
 
-void draw(Scene& scene, const Options& options) {
-  const std::string reason = write_picture(scene, options);
-  if (!reason.empty()) throw Failure{"cannot write " + *options.output + ": " + reason};
+// Picks what was asked for and draws the picture, which shows it. Gives the records of the pick.
+std::vector<PickRecord> draw_and_pick(Scene& scene, const Options& options, const std::string& what) {
+  StillView still(scene, options);
+  Picking picking(scene, options.picking);
+  const std::string missing = picking.select(still.view(), options.picking.select, GPickerBase::Change::Replace);
+  if (!missing.empty()) throw Failure{what + ": " + missing};
+  std::vector<PickRecord> records;
+  if (options.picking.request) {
+    // Rays need what a frame brings up to date.
+    const std::string reason = still.draw();
+    if (!reason.empty()) throw Failure{what + ": cannot draw: " + reason};
+    picking.pick(still.view(), *options.picking.request, GPickerBase::Change::Add);
+    records = picking.possible();
+  }
+  if (options.output) {
+    const std::string reason = still.write(*options.output);
+    if (!reason.empty()) throw Failure{"cannot write " + *options.output + ": " + reason};
+  }
+  return records;
 }
 
 void print(const std::string& text) {
@@ -91,11 +110,11 @@ void print(const std::string& text) {
 }
 
 // Whether nothing is wanted but output, so that no window opens.
-bool is_without_window(const Options& options) { return options.output || options.info; }
+bool is_without_window(const Options& options) { return options.output || options.info || options.picking.request; }
 
 void run(const Options& options) {
   const bool is_batch = is_without_window(options);
-  const bool draws = options.output || !is_batch;
+  const bool draws_still = options.output || options.picking.request;
   if (options.output) {
     const std::string reason = why_not_writable(*options.output);
     if (!reason.empty()) throw Failure{"cannot write " + *options.output + ": " + reason};
@@ -104,7 +123,7 @@ void run(const Options& options) {
   // Declared first: it must outlive every connection to it.
   VirtualDisplay own_display;
   Stopwatch watch(options.verbose);
-  if (draws) ensure_display(options, own_display);
+  if (draws_still || !is_batch) ensure_display(options, own_display);
   watch.step("display");
   const MeshFiles files = open_files(options);
   watch.step("read " + joined(files.paths));
@@ -113,18 +132,26 @@ void run(const Options& options) {
   watch.step("owners");
   if (options.verbose) tell("hidden: " + joined(hidden_owners(scene)));
 
-  if (options.output) {
-    draw(scene, options);
-    watch.step("picture " + *options.output);
+  std::vector<PickRecord> records;
+  if (draws_still) {
+    records = draw_and_pick(scene, options, joined(files.paths));
+    watch.step(options.output ? "picture " + *options.output : "pick");
   }
   if (options.info) {
     print(describe(files, scene));
     watch.step("description");
   }
+  if (options.picking.request) print(to_json(records));
+  std::optional<ViewerWindow> window;
+  if (!is_batch) {
+    window.emplace(scene, options, joined(files.paths));
+    const std::string missing = window->select_at_start();
+    if (!missing.empty()) throw Failure{joined(files.paths) + ": " + missing};
+  }
   // Only now, so that a run that fails says one thing only.
   for (const std::string& notice : notices(files))
     tell(notice);
-  if (!is_batch) ViewerWindow(scene, options, joined(files.paths)).run();
+  if (window) window->run();
 }
 
 // A picture takes the window's place where the caller foresaw that none can open.

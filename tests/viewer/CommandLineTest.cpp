@@ -163,7 +163,7 @@ TEST(CommandLine, GivenEveryOption_WhenParsed_ThenTheirValues) {
                             "m.vtu"});
   ASSERT_FALSE(line.ending.has_value()) << line.ending->error;
   const auto& [files, sample, picture_if_no_display, output, resolution, info, group_by, verbose, display, owners,
-               camera] = line.options;
+               camera, picking] = line.options;
   EXPECT_THAT(files, testing::ElementsAre("m.vtu"));
   EXPECT_FALSE(sample);
   EXPECT_FALSE(picture_if_no_display.has_value());

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int skipped = 77; // what CTest takes as such
 constexpr int width = 640, height = 480;
-constexpr int text_height = 70; // of status line and message, at the bottom
+constexpr int text_height = 90; // of status lines and message, at the bottom
 
 // Without tools there is nothing to test, which is not the same as passing.
 class Tools : public testing::Environment {
@@ -118,7 +118,8 @@ const KeyRow key_rows[] = {
     {"hide the owner in focus", {"Tab"}, "space", "space"},
     {"the owner in focus alone", {"Tab"}, "Return", "r"},
     {"all owners", {"Tab", "space"}, "u", "r"},
-    {"help", {}, "h", "h"},
+    {"help", {}, "h", "Escape"},
+    {"the help's last page", {"h"}, "h", "Escape"},
 };
 
 TEST_F(Window, GivenAKey_WhenPressed_ThenTheMeshChangesAndItsOppositeUndoesThat) {
@@ -140,7 +141,7 @@ TEST_F(Window, GivenAKey_WhenPressed_ThenTheMeshChangesAndItsOppositeUndoesThat)
 }
 
 TEST_F(Window, GivenKeysOfNoMeaning_WhenPressed_ThenNothingHappens) {
-  for (const char* key : {"w", "g", "l", "j", "c", "d", "m", "0", "Escape", "ctrl+e"}) {
+  for (const char* key : {"F1", "Insert", "comma", "ctrl+e"}) {
     desktop.press(key);
     EXPECT_EQ(start.differences(desktop.look(), 0), 0u) << key;
   }
