@@ -40,6 +40,7 @@ Examples:
   orbel_view --only=deck --color-by=kind bridge.vtk       one owner, coloured by kind of element
   orbel_view --pick=640,360 --filter=Node bridge.vtk      the nodes under the middle of the picture
   orbel_view --pick-box=0,0,640,720 --whole bridge.vtk    the visible elements in its left half
+  orbel_view --labels=nodes:local,quads:global bridge.vtk ids beside nodes and quadrilaterals
   orbel_view --select=hex:1-4 --output=a.png bridge.vtk   a picture with four elements highlighted)";
 
 // "--name=VALUE", the way in which the options are written everywhere else.
@@ -158,6 +159,9 @@ void add_display_options(OptionAdder& add, DisplayOptions& display, bool& opacit
             });
   add.value("--color-by", "owner|kind", "Colour elements by owner (default) or by kind.",
             [&](const std::string& text) { display.color_by = parse_color_by(text); });
+  add.value("--labels", "KIND:SOURCE[,...]",
+            "Write ids: local or global, for example hexes:global; nodes:element for own elements.",
+            [&](const std::string& text) { display.labels = parse_labels(text); });
   add.flag("--no-edges", display.edges, "Leave out element edges.", false);
   add.flag("--nodes", display.nodes, "Draw all nodes.");
   add.value("--line-width", "F", "Of edges, in pixels, 0.1 to 50 (1).",
@@ -188,13 +192,11 @@ void add_pick_options(OptionAdder& add, PickOptions& picking, std::vector<std::s
   pick("--pick-circle", "X,Y,R", "The same for a circle.", Shape::Circle);
   pick("--pick-polygon", "X0,Y0,...", "The same for a polygon of three corners or more.", Shape::Polygon);
   add.group("What is picked, also in the window");
-  add.value("--filter", "NAME[,...]",
-            "What can be picked (names below); default: the kinds of element there are.",
+  add.value("--filter", "NAME[,...]", "What can be picked (names below); default: the kinds of element there are.",
             [&](const std::string& text) { picking.filter = parse_filter(text); });
   add.flag("--through", picking.through, "Regions take hidden entities too.");
   add.flag("--whole", picking.whole, "Regions take only entities that are wholly inside.");
-  add.every_value("--select", "KIND:IDS",
-                  "Pick by id: hex:1,5,9-12 or hex@global:7 (below). May be repeated.",
+  add.every_value("--select", "KIND:IDS", "Pick by id: hex:1,5,9-12 or hex@global:7 (below). May be repeated.",
                   [&](const std::string& text) { picking.select.push_back(parse_selection(text)); });
 }
 

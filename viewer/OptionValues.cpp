@@ -30,6 +30,8 @@ constexpr Choice<ViewFrom> views[] = {{"iso", ViewFrom::Iso},  {"+x", ViewFrom::
                                       {"+y", ViewFrom::PlusY}, {"-y", ViewFrom::MinusY}, {"+z", ViewFrom::PlusZ},
                                       {"-z", ViewFrom::MinusZ}};
 constexpr Choice<ColorBy> color_sources[] = {{"owner", ColorBy::Owner}, {"kind", ColorBy::Kind}};
+constexpr Choice<OBUtil::LabelType> label_sources[] = {
+    {"local", OBUtil::LocalId}, {"global", OBUtil::GlobalId}, {"element", OBUtil::NodeElementId}};
 constexpr Choice<readers::GroupBy> groupings[] = {{"owner", readers::GroupBy::Owner}, {"none", readers::GroupBy::None}};
 
 std::string quoted(const std::string& text) { return "'" + text + "'"; }
@@ -191,6 +193,22 @@ PickRequest parse_pick(PickRequest::Shape shape, const std::string& text) {
   if (shape == PickRequest::Shape::Circle && !(request.numbers[2] > 0))
     throw BadValue(quoted(text) + " has no positive radius");
   return request;
+}
+
+LabelOptions parse_labels(const std::string& text) {
+  LabelOptions labels;
+  for (const std::string& part : split(text)) {
+    const std::size_t colon = part.find(':');
+    if (colon == std::string::npos) throw BadValue(quoted(part) + " is not of the form KIND:local or KIND:global");
+    const EntityKind kind = parse_kind(part.substr(0, colon));
+    const auto source = parse_choice(part.substr(colon + 1), label_sources);
+    if (source == OBUtil::NodeElementId && kind != EntityKind::Node)
+      throw BadValue(quoted(part) + ": only nodes can show their elements");
+    if (kind == EntityKind::Node) labels.nodes = source;
+    for (const Tarn::ElementType type : types_of(kind))
+      labels.elements[type] = source;
+  }
+  return labels;
 }
 
 std::vector<std::string> parse_filter(const std::string& text) {

@@ -37,6 +37,8 @@ ColorBy parse_color_by(const std::string& text);
 readers::GroupBy parse_group_by(const std::string& text);
 /// "X,Y", "X0,Y0,X1,Y1", "X,Y,R" with a positive radius, or three corners and more: by the shape.
 PickRequest parse_pick(PickRequest::Shape shape, const std::string& text);
+/// "KIND:local" or "KIND:global", or "nodes:element", separated by commas: of the same kind the last counts.
+LabelOptions parse_labels(const std::string& text);
 /// Names of the pick filter, separated by commas: "Hex,Node".
 std::vector<std::string> parse_filter(const std::string& text);
 /// "KIND:IDS" or "KIND@global:IDS": "hex:1,5,9-12", "nodes:3". Ids are not negative.

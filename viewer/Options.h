@@ -27,6 +27,12 @@ struct ClipPlane {
   double distance = 0;                   ///< in units of the normal's length
 };
 
+/// Which ids are written beside nodes and elements.
+struct LabelOptions {
+  OBUtil::LabelType nodes = OBUtil::NoLabel;
+  std::array<OBUtil::LabelType, 10> elements{}; ///< by `Tarn::ElementType`, of which 0 does not count
+};
+
 /// How the mesh is drawn.
 struct DisplayOptions {
   OBUtil::RenderMode render_mode = OBUtil::Shaded; ///< never `SmoothShaded` or `AsIs`
@@ -40,6 +46,7 @@ struct DisplayOptions {
   double shrink = 1;                               ///< of each element about its centre, 0.1 to 1
   std::optional<ClipPlane> clip;                   ///< elements that it crosses stay whole
   ColorBy color_by = ColorBy::Owner;               ///< where surfaces get their colour
+  LabelOptions labels;                             ///< none; shrunk elements have none
 };
 
 /// What a pick asks about, in pixels of the picture, origin at the lower left.

@@ -42,6 +42,7 @@ Overlay::Overlay(vtkRenderer* renderer) : renderer_(renderer) {
   }
   help_->GetTextProperty()->SetVerticalJustificationToCentered();
   tooltip_->GetTextProperty()->SetBackgroundColor(1, 1, 0.88);
+  tooltip_->GetTextProperty()->SetBackgroundOpacity(1);
 }
 
 Overlay::~Overlay() {

@@ -9,7 +9,7 @@ namespace viewer {
 OwnerControl::OwnerControl(Scene& scene) : scene_(scene) {}
 
 void OwnerControl::show(std::size_t index, bool shown) {
-  auto wanted = visible();
+  auto wanted = scene_.visible();
   wanted[index] = shown;
   set_visible(wanted);
 }
@@ -23,7 +23,7 @@ void OwnerControl::show_alone(std::size_t index) {
 void OwnerControl::show_all() { set_visible(std::vector<bool>(scene_.owners().size(), true)); }
 
 std::size_t OwnerControl::hide(const std::set<Tarn::SMeshOwnerType*>& owners) {
-  auto wanted = visible();
+  auto wanted = scene_.visible();
   std::size_t hidden = 0;
   for (std::size_t i = 0; i < wanted.size(); ++i) {
     if (!wanted[i] || owners.count(scene_.owners()[i].handle) == 0) continue;
@@ -47,15 +47,14 @@ bool OwnerControl::undo() {
   if (before_.empty()) return false;
   const auto wanted = before_.back();
   before_.pop_back();
-  for (std::size_t i = 0; i < wanted.size(); ++i)
-    scene_.set_visible(i, wanted[i]);
+  scene_.set_visible(wanted);
   return true;
 }
 
-void OwnerControl::remember() { before_.push_back(visible()); }
+void OwnerControl::remember() { before_.push_back(scene_.visible()); }
 
 std::size_t OwnerControl::shown_count() const {
-  const auto shown = visible();
+  const auto shown = scene_.visible();
   return static_cast<std::size_t>(std::count(shown.begin(), shown.end(), true));
 }
 
@@ -73,19 +72,11 @@ bool OwnerControl::move_focus(int step) {
 
 void OwnerControl::end_focus() { focus_.reset(); }
 
-std::vector<bool> OwnerControl::visible() const {
-  std::vector<bool> shown;
-  for (std::size_t i = 0; i < scene_.owners().size(); ++i)
-    shown.push_back(scene_.is_visible(i));
-  return shown;
-}
-
 void OwnerControl::set_visible(const std::vector<bool>& wanted) {
-  const auto shown = visible();
-  if (wanted == shown) return;
-  before_.push_back(shown);
-  for (std::size_t i = 0; i < wanted.size(); ++i)
-    scene_.set_visible(i, wanted[i]);
+  const auto shown = scene_.visible();
+  scene_.set_visible(wanted);
+  // Owners without a mesh never show.
+  if (scene_.visible() != shown) before_.push_back(shown);
 }
 
 } // namespace viewer

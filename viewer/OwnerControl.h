@@ -39,7 +39,6 @@ public:
   void end_focus();
 
 private:
-  std::vector<bool> visible() const;
   void set_visible(const std::vector<bool>& wanted);
 
   Scene& scene_;

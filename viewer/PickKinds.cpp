@@ -4,11 +4,18 @@
 #include "reference/tarn/MeshDatabase.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace viewer {
 namespace {
 
 using Names = std::vector<std::string>;
+
+constexpr std::pair<Tarn::ElementType, const char* const*> kinds_of_element[] = {
+    {Tarn::Hex, &GMeshPicker::gHexType},         {Tarn::Tet, &GMeshPicker::gTetType},
+    {Tarn::Pyramid, &GMeshPicker::gPyramidType}, {Tarn::Wedge, &GMeshPicker::gWedgeType},
+    {Tarn::Quad, &GMeshPicker::gQuadType},       {Tarn::Tri, &GMeshPicker::gTriType},
+    {Tarn::Edge, &GMeshPicker::gEdgeType},       {Tarn::Superelement, &GMeshPicker::gSuperElemType}};
 
 bool holds(const Names& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -43,14 +50,9 @@ Names all_kinds_filter() {
 }
 
 Names filter_of_mesh(const Tarn::MeshDatabase& database) {
-  const std::pair<Tarn::ElementType, const char*> kinds[] = {
-      {Tarn::Hex, GMeshPicker::gHexType},         {Tarn::Tet, GMeshPicker::gTetType},
-      {Tarn::Pyramid, GMeshPicker::gPyramidType}, {Tarn::Wedge, GMeshPicker::gWedgeType},
-      {Tarn::Quad, GMeshPicker::gQuadType},       {Tarn::Tri, GMeshPicker::gTriType},
-      {Tarn::Edge, GMeshPicker::gEdgeType},       {Tarn::Superelement, GMeshPicker::gSuperElemType}};
   Names names;
-  for (const auto& [type, name] : kinds)
-    if (database.element_count(type) > 0) names.emplace_back(name);
+  for (const auto& [type, name] : kinds_of_element)
+    if (database.element_count(type) > 0) names.emplace_back(*name);
   return names;
 }
 
@@ -70,6 +72,18 @@ std::string describe_filter(const Names& filter) {
 
 bool admits(const Names& filter, const PickKind& kind) {
   return std::any_of(kind.filter.begin(), kind.filter.end(), [&](const auto& name) { return holds(filter, name); });
+}
+
+std::vector<Tarn::ElementType> admitted_types(const Names& filter) {
+  std::vector<Tarn::ElementType> types;
+  for (const auto& [type, name] : kinds_of_element) {
+    const bool is_shell = type == Tarn::Tri || type == Tarn::Quad;
+    const char* const group = is_shell ? GMeshPicker::g2dElementType : GMeshPicker::g3dElementType;
+    const bool by_group = type != Tarn::Edge && holds(filter, group);
+    if (by_group || holds(filter, *name) || holds(filter, GMeshPicker::gElementType)) types.push_back(type);
+  }
+  std::sort(types.begin(), types.end());
+  return types;
 }
 
 Names toggled(const Names& filter, const PickKind& kind) {

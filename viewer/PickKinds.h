@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mesh/database/ElementType.h"
+
 #include <string>
 #include <vector>
 
@@ -28,6 +30,8 @@ std::vector<std::string> filter_of_mesh(const Tarn::MeshDatabase& database);
 std::string describe_filter(const std::vector<std::string>& filter);
 /// Whether the filter admits any of the kind.
 bool admits(const std::vector<std::string>& filter, const PickKind& kind);
+/// The types of element that the filter admits, in increasing order.
+std::vector<Tarn::ElementType> admitted_types(const std::vector<std::string>& filter);
 /// Adds the kind to the filter, or takes it out when it is there.
 std::vector<std::string> toggled(const std::vector<std::string>& filter, const PickKind& kind);
 

@@ -76,6 +76,10 @@ bool same_plane(const std::optional<ClipPlane>& a, const std::optional<ClipPlane
   return a->normal == b->normal && a->distance == b->distance;
 }
 
+bool same_labels(const LabelOptions& a, const LabelOptions& b) {
+  return a.nodes == b.nodes && a.elements == b.elements;
+}
+
 bool names_owner(const std::vector<std::string>& names, const SceneOwner& owner) {
   return std::find(names.begin(), names.end(), owner.name) != names.end();
 }
@@ -96,6 +100,7 @@ Scene::Scene(Tarn::MeshDatabase& database, const DisplayOptions& display)
     add_owner(owners_[i], meshes[i], owners_[i].starts_visible);
     meshes[i] = MeshVector();
   }
+  label(display.labels);
 }
 
 Scene::~Scene() = default;
@@ -107,11 +112,13 @@ GMeshModel& Scene::model() { return *model_; }
 const std::vector<SceneOwner>& Scene::owners() const { return owners_; }
 
 void Scene::set_display(const DisplayOptions& display) {
+  const bool labels_anew = display.color_by != display_.color_by || !same_labels(display.labels, display_.labels);
   if (display.color_by != display_.color_by) color_by(display.color_by);
   if (display.shrink != display_.shrink) shrink(display.shrink);
   if (!same_plane(display.clip, display_.clip)) clip(display.clip);
   apply(display);
   display_ = display;
+  if (labels_anew) label(display.labels);
 }
 
 const DisplayOptions& Scene::display() const { return display_; }
@@ -121,15 +128,28 @@ std::string Scene::show_owners(const OwnerOptions& options) {
     for (const std::string& name : *names)
       if (std::none_of(owners_.begin(), owners_.end(), [&](const SceneOwner& owner) { return owner.name == name; }))
         return name;
-  for (std::size_t i = 0; i < owners_.size(); ++i) {
-    const SceneOwner& owner = owners_[i];
+  std::vector<bool> wanted;
+  for (const SceneOwner& owner : owners_) {
     const bool before = options.only.empty() ? owner.starts_visible : names_owner(options.only, owner);
-    set_visible(i, (before || names_owner(options.show, owner)) && !names_owner(options.hide, owner));
+    wanted.push_back((before || names_owner(options.show, owner)) && !names_owner(options.hide, owner));
   }
+  set_visible(wanted);
   return "";
 }
 
-void Scene::set_visible(std::size_t index, bool visible) { model_->set_visibility(owners_[index].handle, visible); }
+void Scene::set_visible(const std::vector<bool>& wanted) {
+  if (wanted == visible()) return;
+  for (std::size_t i = 0; i < owners_.size(); ++i)
+    model_->set_visibility(owners_[i].handle, wanted[i]);
+  label(display_.labels);
+}
+
+std::vector<bool> Scene::visible() const {
+  std::vector<bool> shown;
+  for (std::size_t i = 0; i < owners_.size(); ++i)
+    shown.push_back(is_visible(i));
+  return shown;
+}
 
 bool Scene::is_visible(std::size_t index) const { return model_->get_visibility(owners_[index].handle); }
 
@@ -191,6 +211,25 @@ void Scene::shrink(double factor) {
     model_->update_mesh_transformed(owner.handle);
   }
   display_.shrink = factor;
+}
+
+// Labels of an owner that was hidden stay away when it is shown, and those of hidden ones come when a kind begins to be
+// labelled. So all begin anew, and hidden owners are shown and hidden, which takes theirs away.
+void Scene::label(const LabelOptions& labels) {
+  if (model_->any_label_flag_on()) set_label_flags(LabelOptions());
+  set_label_flags(labels);
+  if (!model_->any_label_flag_on()) return;
+  for (std::size_t i = 0; i < owners_.size(); ++i) {
+    if (is_visible(i)) continue;
+    model_->set_visibility(owners_[i].handle, true);
+    model_->set_visibility(owners_[i].handle, false);
+  }
+}
+
+void Scene::set_label_flags(const LabelOptions& labels) {
+  model_->set_node_label_flag(labels.nodes);
+  for (std::uint32_t type = Tarn::OneNode; type <= Tarn::Superelement; ++type)
+    model_->set_element_label_flag(static_cast<Tarn::ElementType>(type), labels.elements[type]);
 }
 
 void Scene::clip(const std::optional<ClipPlane>& plane) {

@@ -47,8 +47,10 @@ public:
   /// Shows and hides owners by name, starting from how they were at the start. Gives the first name that no owner has,
   /// and then changes nothing; "" when all went well.
   std::string show_owners(const OwnerOptions& options);
-  /// Shows or hides owner number `index`.
-  void set_visible(std::size_t index, bool visible);
+  /// Shows and hides the owners, one flag each.
+  void set_visible(const std::vector<bool>& wanted);
+  /// Which owners are shown, one flag each.
+  std::vector<bool> visible() const;
   bool is_visible(std::size_t index) const;
 
   /// The points of everything that is drawn, one set per visible owner that draws any. Borrowed until the next change.
@@ -61,6 +63,8 @@ private:
   void add_owner(const SceneOwner& owner, const MeshVector& mesh, bool visible);
   void color_by(ColorBy source);
   void shrink(double factor);
+  void label(const LabelOptions& labels);
+  void set_label_flags(const LabelOptions& labels);
   void clip(const std::optional<ClipPlane>& plane);
 
   Tarn::MeshDatabase& database_;

@@ -65,6 +65,7 @@ ViewerWindow::ViewerWindow(Scene& scene, const Options& options, const std::stri
   bind_owner_keys();
   bind_pick_keys();
   bind_region_keys();
+  bind_label_keys();
   bind_window_keys();
   overlay_.set_help(help_lines(bindings_), static_cast<int>(help_indent(bindings_)));
   style_->set_handler(this);
@@ -169,6 +170,27 @@ void ViewerWindow::apply_clip() {
     for (const double component : display.clip->normal)
       text += " " + std::to_string(component);
     return text;
+  });
+}
+
+// The kinds that can be picked turn together, by what the first of them shows.
+void ViewerWindow::turn_labels() {
+  change_display([this](DisplayOptions& display) {
+    const auto filter = picking_.filter();
+    const bool nodes = admits(filter, pick_kinds()[0]);
+    const auto types = admitted_types(filter);
+    const auto before = nodes || types.empty() ? display.labels.nodes : display.labels.elements[types[0]];
+    const auto next = before == OBUtil::NoLabel   ? OBUtil::LocalId
+                      : before == OBUtil::LocalId ? OBUtil::GlobalId
+                                                  : OBUtil::NoLabel;
+    if (nodes) display.labels.nodes = next;
+    for (const Tarn::ElementType type : types)
+      display.labels.elements[type] = next;
+    const std::string ids = next == OBUtil::LocalId    ? "local ids"
+                            : next == OBUtil::GlobalId ? "global ids"
+                                                       : "no labels";
+    return ids + " on " + describe_filter(filter) +
+           (next != OBUtil::NoLabel && display.shrink < 1 ? ", once they are not shrunk" : "");
   });
 }
 

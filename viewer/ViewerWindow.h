@@ -50,6 +50,7 @@ private:
   void bind_mode_keys();
   void bind_display_keys();
   void bind_clip_keys();
+  void bind_label_keys();
   void bind_view_keys();
   void bind_owner_keys();
   void bind_pick_keys();
@@ -95,6 +96,7 @@ private:
   void say(const std::string& text, bool is_error = false);
   void change_display(const Change& change);
   void apply_clip();
+  void turn_labels();
   void look_from(ViewFrom view);
   void fit();
   void turn(double azimuth, double elevation);

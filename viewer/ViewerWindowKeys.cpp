@@ -61,6 +61,16 @@ void ViewerWindow::bind_display_keys() {
   });
 }
 
+void ViewerWindow::bind_label_keys() {
+  bind({"l"}, "L", "ids of what can be picked: local, global, none", [this](const std::string&) { turn_labels(); });
+  bind({"Shift+l"}, "Shift+L", "no ids at all", [this](const std::string&) {
+    change_display([](DisplayOptions& display) {
+      display.labels = LabelOptions();
+      return std::string("no labels");
+    });
+  });
+}
+
 void ViewerWindow::bind_clip_keys() {
   bind({"p"}, "P", "clipping plane on and off", [this](const std::string&) {
     clip_.toggle();

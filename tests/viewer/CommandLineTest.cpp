@@ -53,6 +53,30 @@ const WrongRow wrong_rows[] = {
     {"zoom not a number", {"--zoom=NaN", "a.vtu"}, "--zoom: 'NaN' is not a number"},
     {"render mode", {"--render-mode=xray", "a.vtu"}, "--render-mode: 'xray' is not one of wireframe,"},
     {"colour source", {"--color-by=material", "a.vtu"}, "--color-by: 'material' is not one of owner, kind"},
+    {"pick not a point", {"--pick=1", "a.vtu"}, "--pick: '1' is not of the form X,Y"},
+    {"pick not a number", {"--pick=1,x", "a.vtu"}, "--pick: 'x' is not a number"},
+    {"pick outside", {"--pick=1280,5", "a.vtu"}, "--pick: the point lies outside the picture of 1280 x 720"},
+    {"pick below", {"--pick=5,-1", "a.vtu"}, "--pick: the point lies outside the picture of 1280 x 720"},
+    {"box of three", {"--pick-box=1,2,3", "a.vtu"}, "--pick-box: '1,2,3' is not of the form X0,Y0,X1,Y1"},
+    {"circle of nothing", {"--pick-circle=1,2,0", "a.vtu"}, "--pick-circle: '1,2,0' has no positive radius"},
+    {"polygon of two", {"--pick-polygon=1,2,3,4", "a.vtu"}, "--pick-polygon: '1,2,3,4' is not of the form X0,Y0,X1"},
+    {"odd polygon", {"--pick-polygon=1,2,3,4,5,6,7", "a.vtu"}, "--pick-polygon: '1,2,3,4,5,6,7' is not of the form"},
+    {"two picks", {"--pick=1,2", "--pick-box=1,2,3,4", "a.vtu"}, "--pick and --pick-box exclude each other"},
+    {"through at a point", {"--pick=1,2", "--through", "a.vtu"}, "--through is for regions, not for --pick"},
+    {"whole at a point", {"--pick=1,2", "--whole", "a.vtu"}, "--whole is for regions, not for --pick"},
+    {"filter", {"--filter=Hex,Quad", "a.vtu"}, "--filter: 'Quad' is not one of Hex, Tet, Pyramid, Wedge, Knife,"},
+    {"filter of nothing", {"--filter=", "a.vtu"}, "--filter: "},
+    {"selection without ids", {"--select=hex", "a.vtu"}, "--select: 'hex' is not of the form KIND:IDS"},
+    {"selection of no kind", {"--select=brick:1", "a.vtu"}, "--select: 'brick' is not one of node, edge, tri,"},
+    {"selection by other ids", {"--select=hex@file:1", "a.vtu"}, "--select: '@file' is not @global"},
+    {"global nodes", {"--select=node@global:1", "a.vtu"}, "--select: nodes have no global ids"},
+    {"selection backwards", {"--select=hex:9-5", "a.vtu"}, "--select: '9-5' runs backwards"},
+    {"selection of no id", {"--select=hex:1,,2", "a.vtu"}, "--select: '' is not an id"},
+    {"second selection", {"--select=hex:1", "--select=hex:x", "a.vtu"}, "--select: 'x' is not an id"},
+    {"labels without source", {"--labels=hexes", "a.vtu"}, "--labels: 'hexes' is not of the form KIND:local"},
+    {"labels of no kind", {"--labels=all:local", "a.vtu"}, "--labels: 'all' is not one of node, edge,"},
+    {"labels of other ids", {"--labels=hexes:file", "a.vtu"}, "--labels: 'file' is not one of local, global, element"},
+    {"elements of hexes", {"--labels=hexes:element", "a.vtu"}, "--labels: 'hexes:element': only nodes can show"},
     {"grouping", {"--group-by=block", "a.vtu"}, "--group-by: 'block' is not one of owner, none"},
 };
 
@@ -73,13 +97,41 @@ TEST(CommandLine, GivenHelp_WhenRun_ThenEveryOptionAndExamplesOnStandardOutput) 
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, "");
   EXPECT_THAT(run.out, HasSubstr("Usage: orbel_view [OPTIONS] FILE..."));
-  for (const char* option :
-       {"--output=FILE.png", "--resolution=W,H", "--info",         "--group-by=owner|none", "--render-mode=MODE",
-        "--opacity=F",       "--line-width=F",   "--point-size=F", "--line-color=#RRGGBB",  "--background=#RRGGBB",
-        "--nodes",           "--no-edges",       "--shrink=F",     "--clip=NX,NY,NZ,D",     "--color-by=owner|kind",
-        "--hide=NAME",       "--show=NAME",      "--only=NAME",    "--view=FROM",           "--zoom=F",
-        "--parallel",        "-h,--help",        "--version",      "--list-readers",        "--verbose",
-        "--sample"})
+  for (const char* option : {"--output=FILE.png",
+                             "--resolution=W,H",
+                             "--info",
+                             "--group-by=owner|none",
+                             "--render-mode=MODE",
+                             "--opacity=F",
+                             "--line-width=F",
+                             "--point-size=F",
+                             "--line-color=#RRGGBB",
+                             "--background=#RRGGBB",
+                             "--nodes",
+                             "--no-edges",
+                             "--shrink=F",
+                             "--clip=NX,NY,NZ,D",
+                             "--color-by=owner|kind",
+                             "--hide=NAME",
+                             "--show=NAME",
+                             "--only=NAME",
+                             "--view=FROM",
+                             "--zoom=F",
+                             "--parallel",
+                             "-h,--help",
+                             "--version",
+                             "--list-readers",
+                             "--verbose",
+                             "--sample",
+                             "--pick=X,Y",
+                             "--pick-box=X0,Y0,X1,Y1",
+                             "--pick-circle=X,Y,R",
+                             "--pick-polygon=X0,Y0,...",
+                             "--filter=NAME[,...]",
+                             "--through",
+                             "--whole",
+                             "--select=KIND:IDS",
+                             "--labels=KIND:SOURCE[,...]"})
     EXPECT_THAT(run.out, HasSubstr(std::string("  ") + option)) << option;
   EXPECT_THAT(run.out, HasSubstr("Exit status: 0 done; 1 could not"));
   EXPECT_THAT(run.out, HasSubstr("Examples:"));
@@ -158,6 +210,13 @@ TEST(CommandLine, GivenEveryOption_WhenParsed_ThenTheirValues) {
                             "d",
                             "--only=e",
                             "--view=-z",
+                            "--pick-box=1,2,3.5,-4",
+                            "--filter=Hex,Node",
+                            "--through",
+                            "--whole",
+                            "--select=hex:1,5-7",
+                            "--select=quads@global:9",
+                            "--labels=nodes:element,elements:local,hexes:global",
                             "--zoom=3",
                             "--parallel",
                             "m.vtu"});
@@ -188,6 +247,23 @@ TEST(CommandLine, GivenEveryOption_WhenParsed_ThenTheirValues) {
   EXPECT_THAT(owners.hide, testing::ElementsAre("a", "b,c"));
   EXPECT_THAT(owners.show, testing::ElementsAre("d"));
   EXPECT_THAT(owners.only, testing::ElementsAre("e"));
+  EXPECT_EQ(display.labels.nodes, OBUtil::NodeElementId);
+  EXPECT_EQ(display.labels.elements[Tarn::Quad], OBUtil::LocalId);
+  EXPECT_EQ(display.labels.elements[Tarn::Hex], OBUtil::GlobalId);
+  ASSERT_TRUE(picking.request.has_value());
+  EXPECT_EQ(picking.request->shape, viewer::PickRequest::Shape::Box);
+  EXPECT_THAT(picking.request->numbers, testing::ElementsAre(1, 2, 3.5, -4));
+  EXPECT_THAT(picking.filter, testing::ElementsAre("Hex", "Node"));
+  EXPECT_TRUE(picking.through);
+  EXPECT_TRUE(picking.whole);
+  ASSERT_EQ(picking.select.size(), 2u);
+  EXPECT_EQ(picking.select[0].kind, viewer::EntityKind::Hex);
+  EXPECT_FALSE(picking.select[0].global);
+  ASSERT_EQ(picking.select[0].ranges.size(), 2u);
+  EXPECT_EQ(picking.select[0].ranges[1].first, 5);
+  EXPECT_EQ(picking.select[0].ranges[1].last, 7);
+  EXPECT_EQ(picking.select[1].kind, viewer::EntityKind::Quad);
+  EXPECT_TRUE(picking.select[1].global);
   EXPECT_EQ(camera.view, viewer::ViewFrom::MinusZ);
   EXPECT_EQ(camera.zoom, 3);
   EXPECT_TRUE(camera.parallel);

@@ -4,9 +4,13 @@
 #include <X11/Xutil.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <utility>
 
 #include <fcntl.h>
 #include <signal.h>
@@ -17,6 +21,9 @@ namespace {
 
 constexpr int patience = 400; // looks
 constexpr useconds_t between_looks = 25000;
+constexpr double between_clicks = 0.5; // seconds: less is a double click
+
+double seconds() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
 Display* display() {
   static Display* const connection = XOpenDisplay(nullptr);
@@ -48,7 +55,9 @@ int height_of(unsigned long window) {
 
 bool Desktop::is_available() { return display() != nullptr && std::system("xdotool version > /dev/null 2>&1") == 0; }
 
-Desktop::Desktop(const std::vector<std::string>& arguments, const std::string& folder) {
+Desktop::Desktop(const std::vector<std::string>& arguments, const std::string& folder)
+    : output_(std::filesystem::temp_directory_path() / ("orbel_view_out_XXXXXX")) {
+  const int output = mkstemp(output_.data());
   viewer_ = fork();
   if (viewer_ == 0) {
     std::vector<char*> list = {const_cast<char*>(ORBEL_VIEW_PROGRAM)};
@@ -56,9 +65,11 @@ Desktop::Desktop(const std::vector<std::string>& arguments, const std::string& f
       list.push_back(const_cast<char*>(argument.c_str()));
     list.push_back(nullptr);
     if (chdir(folder.c_str()) != 0) _exit(126);
+    dup2(output, STDOUT_FILENO);
     execv(list[0], list.data());
     _exit(126);
   }
+  close(output);
   for (int looks = 0; looks < patience && window_ == 0 && is_running(); ++looks, usleep(between_looks))
     window_ =
         std::strtoul(output_of("xdotool search --onlyvisible --name '^orbel_view: ' 2>/dev/null").c_str(), nullptr, 10);
@@ -74,6 +85,7 @@ Desktop::~Desktop() {
     kill(viewer_, SIGKILL);
     waitpid(viewer_, nullptr, 0);
   }
+  std::filesystem::remove(output_);
 }
 
 bool Desktop::has_window() const { return window_ != 0; }
@@ -92,10 +104,8 @@ int Desktop::wait_for_end() {
 void Desktop::press(const std::string& key) { xdotool("key " + key); }
 
 void Desktop::drag(int button, int x0, int y0, int x1, int y1, const std::string& modifier) {
-  const int top = height_of(window_) - 1;
   const auto move_to = [&](double part) {
-    return " mousemove --window " + std::to_string(window_) + " " + std::to_string(int(x0 + part * (x1 - x0))) + " " +
-           std::to_string(top - int(y0 + part * (y1 - y0))) + " sleep 0.03";
+    return " " + at(int(x0 + part * (x1 - x0)), int(y0 + part * (y1 - y0))) + " sleep 0.03";
   };
   const std::string number = std::to_string(button);
   std::string command = modifier.empty() ? "" : "keydown " + modifier;
@@ -105,6 +115,38 @@ void Desktop::drag(int button, int x0, int y0, int x1, int y1, const std::string
   command += " mouseup " + number;
   xdotool(command + (modifier.empty() ? "" : " keyup " + modifier));
 }
+
+void Desktop::move_to(int x, int y) { xdotool(at(x, y)); }
+
+void Desktop::click(int x, int y, const std::string& modifier) {
+  const double left = last_click_ + between_clicks - seconds();
+  const bool same_place = std::exchange(last_place_, {x, y}) == std::pair(x, y);
+  if (same_place && left > 0) usleep(static_cast<useconds_t>(left * 1e6));
+  xdotool(at(x, y) + (modifier.empty() ? "" : " keydown " + modifier) + " click 1" +
+          (modifier.empty() ? "" : " keyup " + modifier));
+  last_click_ = seconds();
+}
+
+void Desktop::double_click(int x, int y) {
+  click(x, y);
+  xdotool("click 1");
+}
+
+void Desktop::press_button(int x, int y) { xdotool(at(x, y) + " mousedown 1"); }
+
+void Desktop::release_button() { xdotool("mouseup 1"); }
+
+void Desktop::type(const std::string& text) { xdotool("type --delay 5 '" + text + "'"); }
+
+std::string Desktop::next_line() {
+  for (int looks = 0; looks < patience; ++looks, usleep(between_looks)) {
+    const auto all = lines();
+    if (all.size() > lines_given_) return all[lines_given_++];
+  }
+  return "(none)";
+}
+
+bool Desktop::is_silent() const { return lines().size() <= lines_given_; }
 
 void Desktop::turn_wheel(bool forward) { xdotool(forward ? "click 4" : "click 5"); }
 
@@ -129,6 +171,14 @@ Pixels Desktop::look_for_change(const Pixels& before) {
   return look();
 }
 
+Pixels Desktop::look_until(const std::function<bool(const Pixels&)>& condition) {
+  for (int looks = 0; looks < patience; ++looks, usleep(between_looks)) {
+    Pixels now = grab();
+    if (condition(now)) return look();
+  }
+  return look();
+}
+
 Pixels Desktop::grab() const {
   Pixels pixels;
   XWindowAttributes attributes;
@@ -145,6 +195,20 @@ Pixels Desktop::grab() const {
     }
   XDestroyImage(image);
   return pixels;
+}
+
+std::string Desktop::at(int x, int y) const {
+  return "mousemove --window " + std::to_string(window_) + " " + std::to_string(x) + " " +
+         std::to_string(height_of(window_) - 1 - y);
+}
+
+// Whole lines only.
+std::vector<std::string> Desktop::lines() const {
+  std::ifstream file(output_);
+  std::vector<std::string> all;
+  for (std::string line; std::getline(file, line) && !file.eof();)
+    all.push_back(line);
+  return all;
 }
 
 void Desktop::xdotool(const std::string& command) const {

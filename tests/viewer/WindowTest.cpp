@@ -119,7 +119,7 @@ const KeyRow key_rows[] = {
     {"the owner in focus alone", {"Tab"}, "Return", "r"},
     {"all owners", {"Tab", "space"}, "u", "r"},
     {"help", {}, "h", "Escape"},
-    {"the help's last page", {"h"}, "h", "Escape"},
+    {"the help's next page", {"h"}, "h", "r"},
 };
 
 TEST_F(Window, GivenAKey_WhenPressed_ThenTheMeshChangesAndItsOppositeUndoesThat) {
