@@ -37,6 +37,8 @@ std::vector<Row> growth_rows(const Settings& settings);
 std::vector<Row> pick_rows(const Settings& settings);
 /// Frames with many labels, alone and against VTK's label mapper. They need a display.
 std::vector<Row> label_rows(const Settings& settings);
+/// What highlighting costs of a mesh that is shown.
+std::vector<Row> highlight_rows(const Settings& settings);
 /// Resident memory, each measured in a process of its own.
 std::vector<Row> memory_rows(const Settings& settings);
 

@@ -37,7 +37,7 @@ expect_entries(results
   "ours_ms;peer_ms;ratio")
 # Tiny meshes fit into memory that the process has anyway: nothing is known of these figures.
 expect_entries(memory "database_hex10m;peak_hex8m_per_face" "")
-expect_entries(times "skin_hex1m;literal_grid_hex1m;vtkExtractEdges_hex1m;vtkDataSetSurfaceFilter_tet1m;first_display_hex1m;first_display_hex8m;click_hex1m;labels_1k;labels_10k;labels_100k" "ms")
+expect_entries(times "skin_hex1m;literal_grid_hex1m;vtkExtractEdges_hex1m;vtkDataSetSurfaceFilter_tet1m;first_display_hex1m;first_display_hex8m;click_hex1m;labels_1k;labels_10k;labels_100k;highlight_one_of_1m" "ms")
 string(JSON exponent GET "${report}" exponents 0 name)
 if(NOT exponent STREQUAL "first_display")
   message(FATAL_ERROR "exponents: no first_display")

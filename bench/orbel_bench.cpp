@@ -10,8 +10,9 @@ namespace {
 
 std::vector<bench::Row> all_rows(const bench::Settings& settings) {
   std::vector<bench::Row> rows;
-  for (const auto& make_rows : {bench::grid_rows, bench::first_display_rows, bench::edge_rows, bench::stage_rows,
-                                bench::growth_rows, bench::pick_rows, bench::label_rows, bench::memory_rows})
+  for (const auto& make_rows :
+       {bench::grid_rows, bench::first_display_rows, bench::edge_rows, bench::stage_rows, bench::growth_rows,
+        bench::pick_rows, bench::label_rows, bench::highlight_rows, bench::memory_rows})
     for (bench::Row& row : make_rows(settings))
       rows.push_back(std::move(row));
   return rows;

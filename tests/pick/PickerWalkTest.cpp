@@ -1,4 +1,5 @@
 #include "platform/base/MultiCellPicker.h"
+#include "platform/base/PickRectangle.h"
 #include "tests/pick/PickerScene.h"
 #include "tests/support/RecordingMeshData.h"
 
@@ -9,10 +10,9 @@
 
 #include <vtkMultiBlockDataSet.h>
 #include <vtkPlane.h>
+#include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper.h>
-#include <vtkTable.h>
-#include <vtkTrivialProducer.h>
 
 using testing::Each;
 using testing::ElementsAre;
@@ -148,8 +148,7 @@ TEST_F(Walk, GivenSeveralOwners_WhenPicked_ThenEachHasHitListsOfItsOwn) {
   EXPECT_FLOAT_EQ(system_.reports[1].distance, 0.75F);
 }
 
-TEST_F(Walk, GivenStrangersInTheView_WhenPicked_ThenTheyAreSkipped) {
-  ShownSheet sheet(1);
+TEST_F(Walk, GivenStrangersInTheView_WhenPicked_ThenTheyAreSkippedAndTheRestIsFound) {
   vtkNew<vtkActor> no_mapper;
   vtkNew<vtkActor> no_input;
   vtkNew<vtkPolyDataMapper> idle;
@@ -159,24 +158,44 @@ TEST_F(Walk, GivenStrangersInTheView_WhenPicked_ThenTheyAreSkipped) {
   vtkNew<vtkPolyData> data;
   plain_mapper->SetInputData(data);
   plain->SetMapper(plain_mapper);
-  // A multi-block of nothing, of a block that is no data set, and of one that is nobody's.
-  vtkNew<vtkMultiBlockDataSet> blocks;
-  blocks->SetNumberOfBlocks(3);
+  // Nobody's data set, where the ray goes.
+  vtkNew<vtkPolyData> nobodys;
+  vtkNew<vtkPoints> points;
+  points->InsertNextPoint(0, 0, 0);
+  points->InsertNextPoint(6, 4, 0);
+  nobodys->SetPoints(points);
   vtkNew<vtkMultiBlockDataSet> nested;
   nested->SetNumberOfBlocks(1);
-  nested->SetBlock(0, data);
-  blocks->SetBlock(1, nested);
-  blocks->SetBlock(2, data);
+  nested->SetBlock(0, nobodys);
+  vtkNew<vtkMultiBlockDataSet> blocks;
+  blocks->SetNumberOfBlocks(5);
+  blocks->SetBlock(1, nested); // the first stays null
+  blocks->SetBlock(2, nobodys);
+  blocks->SetBlock(3, data); // empty, so that no ray meets it
   vtkNew<vtkActor> strange;
   const auto mapper = GModel::create_mapper(blocks, view_.get());
   strange->SetMapper(mapper);
   for (vtkActor* actor : {no_mapper.Get(), no_input.Get(), plain.Get(), strange.Get()})
     view_.renderer()->AddActor(actor);
+  ShownSheet sheet(1); // its actors come after those
+  blocks->SetBlock(4, sheet.model.get_mesh(sheet.mesh.owner)->get_tri_data());
   system_.admitted = {"Face"};
-  EXPECT_THAT(pick(0.5, 0.5), SizeIs(1));
+  EXPECT_THAT(pick(0.5, 0.5), SizeIs(2)) << "as the last block of the strange one, and in its own place";
   ScriptedRegion region;
   region.triangle = [](const double*, const double*, const double*) { return true; };
-  EXPECT_THAT(pick_region(region), SizeIs(1));
+  EXPECT_THAT(pick_region(region), SizeIs(3)) << "1 + 2";
+}
+
+TEST_F(Walk, GivenAnActorBesideTheRegion_WhenPicked_ThenThoseAfterItAreFound) {
+  ShownSheet beside(1);
+  ShownSheet inside(3);
+  const double low[2] = {110, 10};
+  const double high[2] = {130, 20};
+  PickRectangle region(low, high);
+  system_.admitted = {"Face"};
+  EXPECT_THAT(pick_region(region), ElementsAre(inside.quads()[2].value));
+  EXPECT_EQ(system_.reports[0].database, inside.mesh.database.get());
+  EXPECT_THAT(pick(2.5, 0.5), ElementsAre(inside.quads()[2].value)) << "nor does a ray beside it end the walk";
 }
 
 // ------------------------------------------------------------------------------------------ hiding and clipping

@@ -1,3 +1,5 @@
+#include "platform/base/GView.h"
+#include "platform/base/MultiCellPicker.h"
 #include "tests/pick/PickerScene.h"
 #include "tests/support/RecordingMeshData.h"
 
@@ -242,6 +244,45 @@ TEST_F(VisibleOnly, GivenADatabaseThatFailsOrLies_WhenReported_ThenNothingIsRead
   db.fail("get_nodes_of_elements");
   report(db, {}, {quad});
   EXPECT_THAT(system_.reports, SizeIs(2)) << "one that cannot be had is";
+}
+
+// ------------------------------------------------------------------------------------------ once per pick
+
+TEST(VisibleOnlyPick, GivenHitsHandedOverAgain_WhenPickedByARegion_ThenTheBufferAndTheDatabaseAreReadOnce) {
+  PickSystemDouble system;
+  system.admitted = {"Node", "Face"};
+  vtkNew<ScriptedWindow> window;
+  window->SetOffScreenRendering(1);
+  window->SetSize(300, 200);
+  GView view(window);
+  PlanView::look_down(*view.renderer());
+  test_support::NamedMesh mesh = test_support::quad_sheet(1, 1);
+  test_support::RecordingMeshData db(*mesh.database);
+  GMeshModel model(&db);
+  model.add_mesh(mesh.owner, mesh.mesh, TovanColor(200, 200, 200), 1.0F, false);
+  model.update_parts();
+  vtkActorCollection* actors = view.renderer()->GetActors();
+  for (int i = 0; i < actors->GetNumberOfItems(); ++i)
+    vtkActor::SafeDownCast(actors->GetItemAsObject(i))->SetPickable(1);
+  GMeshPicker picker;
+  ScriptedRegion region;
+  region.point = [](const double*) { return true; };
+  region.triangle = [](const double*, const double*, const double*) { return true; };
+  window->depth = [](int x, int) { return x < 10 ? 0.0F : 1.0F; }; // hides the nodes at x = 0
+  db.forget_calls();
+  MultiCellPicker::mSelectVisibleOnly = true;
+  picker.compute_pick_by_bounds(view.renderer(), &region, true);
+  MultiCellPicker::mSelectVisibleOnly = false;
+  EXPECT_THAT(window->read, SizeIs(1));
+  // 1 + 2 + 3 times the two nodes at x = 1; of the quadrilateral only two nodes show.
+  EXPECT_THAT(system.handles(true), SizeIs(12));
+  EXPECT_THAT(system.handles(false), IsEmpty());
+  // The hits of three groups: 4 nodes and 1 element each, each looked up when it came.
+  EXPECT_EQ(db.count("get_node_coordinates"), 3u * (4 + 4));
+  region.asked.clear();
+  picker.compute_pick_by_bounds(view.renderer(), &region, true);
+  EXPECT_THAT(window->read, SizeIs(1)) << "not read when all is taken";
+  EXPECT_THAT(system.handles(false), SizeIs(6));
 }
 
 } // namespace
