@@ -83,6 +83,37 @@ TEST_F(LabelMapper, GivenALabel_WhenTheCameraMovesOrTheWindowChangesItsSize_Then
   expect_at_point("moved in the window");
 }
 
+TEST_F(LabelMapper, GivenALabelCutByTheBorder_WhenTheWindowGrowsBesideIt_ThenTheRestIsDrawn) {
+  labels.add({1.48, 0, 0}, "8888");
+  const PixelBox cut = drawn_box(view.render());
+  EXPECT_EQ(cut.right, 299);
+  // Twice the window at twice the scale, moved so that every point stays where it was from the lower left.
+  view.window()->SetSize(600, 400);
+  vtkCamera* camera = view.renderer()->GetActiveCamera();
+  camera->SetParallelScale(2);
+  camera->SetPosition(1.5, 1, 10);
+  camera->SetFocalPoint(1.5, 1, 0);
+  const PixelBox whole = drawn_box(view.render());
+  EXPECT_EQ(whole.left, cut.left);
+  EXPECT_EQ(whole.low, cut.low);
+  EXPECT_GT(whole.right, 305);
+}
+
+TEST_F(LabelMapper, GivenALabelCutByTheCorner_WhenDrawn_ThenWhatIsLeftLooksAsItDoesInTheMiddle) {
+  labels.add({0, 0, 0}, "2468"); // its point is in pixel 150, 100
+  const Frame whole = view.render();
+  labels.mapper->clear();
+  labels.add({-1.48, -0.98, 0}, "2468"); // and now in 2, 2
+  const Frame cut = view.render();
+  int drawn = 0;
+  for (int dy = -2; dy < 12; ++dy)
+    for (int dx = -2; dx < 25; ++dx) {
+      ASSERT_EQ(cut.at(2 + dx, 2 + dy), whole.at(150 + dx, 100 + dy)) << dx << ' ' << dy;
+      drawn += !is_background(cut.at(2 + dx, 2 + dy));
+    }
+  EXPECT_GT(drawn, 50);
+}
+
 TEST_F(LabelMapper, GivenHowTextsLieToTheirPoints_WhenDrawn_ThenTheyLieLikeThat) {
   struct Row {
     const char* name;

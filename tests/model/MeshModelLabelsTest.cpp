@@ -149,6 +149,9 @@ TEST_F(ModelLabels, GivenFlagsOn_WhenMeshesAreAddedInAnyWay_ThenEachComesWithALa
   model.forget_calls();
   model.add_mesh_unique(plain.mesh, unique.owner);
   EXPECT_THAT(model.added, IsEmpty()) << "it has one already";
+  model.destroy_label_objects();
+  model.add_mesh_unique(plain.mesh, unique.owner);
+  EXPECT_THAT(model.added_data(), ElementsAre(grid_of(unique)));
 }
 
 TEST_F(ModelLabels, GivenALabelledMesh_WhenRemoved_ThenItsLabelPartGoesAfterItsOwn) {

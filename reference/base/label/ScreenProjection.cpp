@@ -37,7 +37,7 @@ ScreenProjection::ScreenProjection(vtkRenderer* renderer) {
     depth_step_[i] = vtkMath::Dot(world_to_clip_[i + 2], direction);
 }
 
-// Comparisons are such that whatever is not a number is out of view.
+// Comparisons are such that whatever is not a number is out of view; behind the eye, w is negative.
 bool ScreenProjection::project(const TovanVector& point, Place& place) const {
   double clip[4];
   for (int row = 0; row < 4; ++row) {
@@ -45,7 +45,7 @@ bool ScreenProjection::project(const TovanVector& point, Place& place) const {
     clip[row] = m[0] * point.x + m[1] * point.y + m[2] * point.z + m[3];
   }
   const double w = clip[3];
-  if (!(w > 0.0) || !(std::abs(clip[2]) <= w * (1.0 + kRangeSlack))) return false;
+  if (!(std::abs(clip[2]) <= w * (1.0 + kRangeSlack))) return false;
   place.x = (clip[0] / w + 1.0) / 2.0 * width_;
   place.y = (clip[1] / w + 1.0) / 2.0 * height_;
   if (!(place.x >= 0.0 && place.x <= width_ && place.y >= 0.0 && place.y <= height_)) return false;
