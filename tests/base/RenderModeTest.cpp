@@ -7,6 +7,7 @@
 #include <vtkActor.h>
 #include <vtkActor2D.h>
 #include <vtkCamera.h>
+#include <vtkCellArray.h>
 #include <vtkCubeSource.h>
 #include <vtkFloatArray.h>
 #include <vtkInformation.h>
@@ -260,6 +261,93 @@ TEST(RenderMode, GivenASlantedSurface_WhenRendered_ThenItHidesNoPixelOfItsEdges)
         }
       }
     }
+  }
+}
+
+// Black squares of eight pixels at the points of a body, as nodes are drawn.
+class PointsModel : public GModel {
+public:
+  explicit PointsModel(vtkPolyData* body) {
+    vtkNew<vtkCellArray> verts;
+    for (vtkIdType i = 0; i < body->GetNumberOfPoints(); ++i)
+      verts->InsertNextCell(1, &i);
+    points_->SetPoints(body->GetPoints());
+    points_->SetVerts(verts);
+    property_->SetColor(0, 0, 0);
+    property_->LightingOff();
+    property_->SetPointSize(8);
+    add_part(points_, [this](vtkDataObject* data, GView* view) {
+      auto actor = vtkSmartPointer<vtkActor>::New();
+      actor->SetProperty(property_);
+      actor->SetMapper(GModel::create_mapper(data, view));
+      return PropList{actor};
+    });
+  }
+
+private:
+  vtkNew<vtkPolyData> points_;
+  vtkNew<vtkProperty> property_;
+};
+
+TEST(RenderMode, GivenPointsOnASlantedSurface_WhenRendered_ThenItCutsNothingOffTheirSquares) {
+  vtkNew<vtkPlaneSource> source;
+  source->SetResolution(3, 3);
+  source->Update();
+  OffscreenView view;
+  BodyModel model(source->GetOutput(), OBUtil::Shaded);
+  model.surface->LightingOff(); // seen flat, the light of the eye leaves it black
+  model.edge_actor->VisibilityOff();
+  PointsModel points(source->GetOutput());
+  vtkCamera* camera = view.renderer()->GetActiveCamera();
+  camera->SetViewUp(0, 0, 1);
+  const double positions[][3] = {{3, 2, 4}, {3, 2, 2.5}, {0, -4, 3.4}};
+  for (const auto& position : positions) {
+    for (const bool parallel : {false, true}) {
+      for (const int dpi : {96, 192}) {
+        SCOPED_TRACE(testing::Message() << position[2] << " parallel " << parallel << " dpi " << dpi);
+        view.window()->SetDPI(dpi);
+        camera->SetParallelProjection(parallel);
+        camera->SetPosition(position);
+        view.renderer()->ResetCamera();
+        model.set_mode(OBUtil::Shaded);
+        const Frame shaded = view.render();
+        keep_picture(view.window(), "points");
+        model.set_mode(OBUtil::Wireframe);
+        const Frame points_alone = view.render();
+        ASSERT_GT(shaded.count(is_red), 100);
+        EXPECT_EQ(points_alone.count(is_black), 16 * (dpi == 96 ? 64 : 256));
+        EXPECT_EQ(shaded.count(is_black), points_alone.count(is_black));
+      }
+    }
+  }
+}
+
+TEST(RenderMode, GivenPointsAtTheBackOfABody_WhenRendered_ThenTheyStayHidden) {
+  const auto cube = make_cube();
+  OffscreenView view;
+  BodyModel model(cube, OBUtil::Shaded);
+  model.surface->LightingOff(); // a side may lie in the dark
+  model.edge_actor->VisibilityOff();
+  PointsModel points(cube);
+  look_at_a_corner(view.renderer());
+  view.renderer()->GetActiveCamera()->SetPosition(2, 4, 7); // no corner right behind another
+  for (const bool parallel : {false, true}) {
+    view.renderer()->GetActiveCamera()->SetParallelProjection(parallel);
+    view.renderer()->ResetCamera();
+    model.set_mode(OBUtil::Shaded);
+    const Frame frame = view.render();
+    keep_picture(view.window(), "points_of_a_cube");
+    for (const double side : {-0.5, 0.5}) {
+      view.renderer()->SetWorldPoint(side, side, side, 1);
+      view.renderer()->WorldToDisplay();
+      const double* const at = view.renderer()->GetDisplayPoint();
+      EXPECT_EQ(is_black(frame.at(int(at[0]), int(at[1]))), side > 0) << "parallel " << parallel;
+      EXPECT_EQ(is_red(frame.at(int(at[0]), int(at[1]))), side < 0) << "parallel " << parallel;
+    }
+    EXPECT_GT(frame.count(is_black), 6 * 64);
+    EXPECT_LE(frame.count(is_black), 7 * 64);
+    model.set_mode(OBUtil::Wireframe);
+    ASSERT_EQ(view.render().count(is_black), 8 * 64);
   }
 }
 

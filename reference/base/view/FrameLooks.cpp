@@ -54,6 +54,8 @@ void FrameLooks::put_on(vtkRenderer* renderer, const std::vector<vtkActor*>& par
   renderer->SetUseFXAA(renderer_.fxaa && on_screen && pass == Pass::Picture);
 
   push_surfaces_back(parts, pass);
+  for (vtkActor* actor : parts)
+    set_point_lift(actor, renderer, pass == Pass::Picture ? scale_ : 0.0);
   if (pass == Pass::Depth) hide_what_has_no_depth(renderer);
   for (vtkActor* actor : parts) {
     if (!actor->GetVisibility()) continue;

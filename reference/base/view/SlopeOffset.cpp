@@ -1,16 +1,20 @@
 #include "reference/base/view/SlopeOffset.h"
 
 #include <vtkActor.h>
+#include <vtkCamera.h>
 #include <vtkCompositeDataIterator.h>
 #include <vtkCompositeDataSet.h>
 #include <vtkMapper.h>
+#include <vtkMath.h>
 #include <vtkPolyData.h>
 #include <vtkProperty.h>
+#include <vtkRenderer.h>
 #include <vtkShaderProperty.h>
 #include <vtkSmartPointer.h>
 #include <vtkUniforms.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace {
@@ -19,6 +23,8 @@ namespace {
 // show along the rim.
 constexpr double kReachOfPoints = 1.0;
 
+constexpr double kSlopeAtPoints = 2.0;
+
 constexpr const char* kUniform = "orbelOffsetPixels";
 // Derivatives are defined only where all fragments of a triangle pass.
 constexpr const char* kFlowTag = "//VTK::UniformFlow::Impl";
@@ -26,6 +32,11 @@ constexpr const char* kMeasureSlope = "//VTK::UniformFlow::Impl\n"
                                       "  float orbelSlope = abs(dFdx(gl_FragCoord.z)) + abs(dFdy(gl_FragCoord.z));\n";
 constexpr const char* kDepthTag = "//VTK::Depth::Impl";
 constexpr const char* kPushBack = "  gl_FragDepth = gl_FragCoord.z + orbelOffsetPixels * orbelSlope;\n";
+
+constexpr const char* kLiftUniform = "orbelLift";
+constexpr const char* kPositionTag = "//VTK::PositionVC::Impl";
+constexpr const char* kLift = "//VTK::PositionVC::Impl\n"
+                              "  gl_Position.z = max(gl_Position.z + orbelLift, -gl_Position.w);\n";
 
 double offset_factor(vtkActor* actor) {
   double factor = 0.0, units = 0.0;
@@ -56,6 +67,33 @@ bool pushes_back(vtkShaderProperty* shader) {
   return false;
 }
 
+bool lifts_points(vtkShaderProperty* shader) {
+  for (int i = 0; i < shader->GetNumberOfShaderReplacements(); ++i) {
+    std::string tag, code;
+    bool first = false, all = false;
+    shader->GetNthShaderReplacement(i, tag, first, code, all);
+    if (code == kLift) return true;
+  }
+  return false;
+}
+
+bool has_points_alone(vtkPolyData* data) {
+  return data && data->GetNumberOfVerts() > 0 && data->GetNumberOfVerts() == data->GetNumberOfCells();
+}
+
+/// What to add to a clip coordinate z to come nearer by as many pixels at any depth.
+double clip_depth_of(double pixels, vtkRenderer* renderer) {
+  vtkCamera* const camera = renderer->GetActiveCamera();
+  const int height = std::max(1, renderer->GetSize()[1]);
+  const double near = camera->GetClippingRange()[0], far = camera->GetClippingRange()[1];
+  if (!(far > near)) return 0.0;
+  if (camera->GetParallelProjection()) return -2 / (far - near) * pixels * 2 * camera->GetParallelScale() / height;
+  // Pixels grow with the distance: the part of it that is one is the same everywhere.
+  const double half_angle = vtkMath::RadiansFromDegrees(camera->GetViewAngle()) / 2;
+  const double part = std::min(0.5, pixels * 2 * std::tan(half_angle) / height);
+  return -2 * far * near / (far - near) * part / (1 - part);
+}
+
 } // namespace
 
 double reach_of_lines_and_points(vtkActor* actor) {
@@ -78,4 +116,16 @@ void set_slope_offset(vtkActor* actor, double pixels) {
     shader->AddFragmentShaderReplacement(kDepthTag, true, kPushBack, false);
   }
   shader->GetFragmentCustomUniforms()->SetUniformf(kUniform, static_cast<float>(factor * pixels));
+}
+
+void set_point_lift(vtkActor* actor, vtkRenderer* renderer, double scale) {
+  if (!actor->GetMapper() || !actor->IsA("vtkOpenGLActor")) return;
+  vtkShaderProperty* shader = actor->GetShaderProperty();
+  const bool is_lifted = lifts_points(shader);
+  const bool lift = scale != 0.0 && actor->GetVisibility() && offset_factor(actor) == 0.0 &&
+                    has_points_alone(first_poly_data(actor->GetMapper()->GetInputDataObject(0, 0)));
+  if (!lift && !is_lifted) return;
+  if (!is_lifted) shader->AddVertexShaderReplacement(kPositionTag, true, kLift, false);
+  const double pixels = lift ? kSlopeAtPoints * scale * actor->GetProperty()->GetPointSize() / 2 : 0.0;
+  shader->GetVertexCustomUniforms()->SetUniformf(kLiftUniform, static_cast<float>(clip_depth_of(pixels, renderer)));
 }
