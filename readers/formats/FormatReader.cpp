@@ -27,10 +27,10 @@ const FormatReader& find_format(const std::string& path) {
   throw Refusal("unknown extension " + extension);
 }
 
-MeshDraft read(const std::string& path, const std::string& name, bool is_block, int depth) {
+MeshDraft read(const std::string& path, const std::string& name, bool is_block, int depth, std::size_t& blocks) {
   const FileBytes bytes(path);
   const FormatReader& reader = find_format(path);
-  const Source source{path, name, is_block, depth, bytes};
+  const Source source{path, name, is_block, depth, blocks, bytes};
   reader.check(source);
   const auto parse = [&] { return reader.parse(source); };
   MeshDraft draft = reader.guarded ? read_guarded(parse, limits_for(bytes.size())) : parse();
@@ -50,11 +50,12 @@ const std::vector<FormatReader>& format_readers() {
 }
 
 MeshDraft read_draft(const std::string& path) {
-  return read(path, std::filesystem::path(path).stem().string(), false, 0);
+  std::size_t blocks = 0;
+  return read(path, std::filesystem::path(path).stem().string(), false, 0, blocks);
 }
 
-MeshDraft read_block_draft(const std::string& path, const std::string& name, int depth) {
-  return read(path, name, true, depth);
+MeshDraft read_block_draft(const std::string& path, const std::string& name, const Source& parent) {
+  return read(path, name, true, parent.depth + 1, parent.blocks);
 }
 
 } // namespace readers

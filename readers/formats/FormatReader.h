@@ -11,6 +11,7 @@ struct Source {
   std::string name;      ///< of the owner where the file names none
   bool is_block = false; ///< of another file, which gave it its name
   int depth = 0;         ///< how many files it is nested in
+  std::size_t& blocks;   ///< how many files were named as blocks so far, in all of the mesh
   const FileBytes& bytes;
 };
 
@@ -45,7 +46,7 @@ const std::vector<FormatReader>& format_readers();
 /// by the file's stem where the file names none. Throws `Refusal`.
 MeshDraft read_draft(const std::string& path);
 
-/// Reads a file that another one names as a block.
-MeshDraft read_block_draft(const std::string& path, const std::string& name, int depth);
+/// Reads a file that `parent` names as a block.
+MeshDraft read_block_draft(const std::string& path, const std::string& name, const Source& parent);
 
 } // namespace readers

@@ -11,6 +11,8 @@ namespace readers {
 namespace {
 
 constexpr int DeepestFile = 8; // files may name each other in a circle
+// Of all files together: where each names several others the number of blocks grows with every level.
+constexpr std::size_t MostBlocks = 65536;
 
 struct BlockFile {
   std::string name;
@@ -47,9 +49,9 @@ std::vector<BlockFile> list_blocks(const Source& source) {
 }
 
 // Blocks that cannot be read are left out: the others may be what the user is after.
-bool add_block(MeshDraft& draft, const BlockFile& block, int depth, std::string& reason) {
+bool add_block(MeshDraft& draft, const BlockFile& block, const Source& parent, std::string& reason) {
   try {
-    append_draft(draft, read_block_draft(block.path, block.name, depth));
+    append_draft(draft, read_block_draft(block.path, block.name, parent));
     return true;
   } catch (const Refusal& refusal) {
     reason = "block " + block.name + ": " + block.path + ": " + refusal.what();
@@ -65,8 +67,10 @@ MeshDraft parse(const Source& source) {
   std::size_t lost = 0;
   std::string first_reason;
   for (const BlockFile& block : blocks) {
+    // Refused on every level, each of which stops at its next block.
+    if (source.blocks++ >= MostBlocks) throw Refusal("names more than 65536 blocks, nested ones included");
     std::string reason;
-    if (add_block(draft, block, source.depth + 1, reason)) continue;
+    if (add_block(draft, block, source, reason)) continue;
     if (lost++ == 0) first_reason = reason;
     draft.notices.push_back(reason);
   }

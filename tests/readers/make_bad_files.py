@@ -143,6 +143,7 @@ bad("all_blocks_missing.vtm", vtm([("a", "nowhere.vtu"), ("b", "nowhere.vtu")]),
 bad("no_blocks.vtm", vtm([]), "error: names no files with blocks")
 bad("circle.vtm", vtm([("a", "circle.vtm")]),
     "error: " + "block a: {folder}/circle.vtm: " * 8 + "is nested deeper than 8 files")
+bad("circles.vtm", vtm([("a", "circles.vtm")] * 50), "error: names more than 65536 blocks, nested ones included")
 
 # ------------------------------------------------------------------------------------------------ legacy VTK
 
