@@ -15,6 +15,7 @@
 #include <vtkMapper.h>
 #include <vtkPNGWriter.h>
 #include <vtkPlaneSource.h>
+#include <vtkPointData.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper2D.h>
 #include <vtkProperty.h>
@@ -492,6 +493,31 @@ TEST(RenderMode, GivenADenseDisplay_WhenRendered_ThenLinesAndPointsKeepTheirSize
   const int dense = view.render().count(is_black);
   EXPECT_GT(dense, plain * 3 / 2);
   EXPECT_EQ(model.edge->GetLineWidth(), 2.0F);
+}
+
+TEST(RenderMode, GivenBodiesOfAnySize_WhenRendered_ThenTheirSidesAreLitAlike) {
+  const auto picture_of = [](double size) {
+    vtkNew<vtkCubeSource> source;
+    source->SetXLength(size);
+    source->SetYLength(size);
+    source->SetZLength(size);
+    source->Update();
+    source->GetOutput()->GetPointData()->SetNormals(nullptr); // as meshes: the shader finds out how sides are turned
+    OffscreenView view;
+    BodyModel model(source->GetOutput(), OBUtil::Shaded);
+    look_at_a_corner(view.renderer());
+    return view.render();
+  };
+  const Frame usual = picture_of(1);
+  ASSERT_GT(usual.count(is_red), 5000);
+  for (const double size : {1e-15, 1e-9, 1e-7, 1e12}) {
+    const Frame other = picture_of(size);
+    int differing = 0;
+    for (int y = 0; y < usual.height; ++y)
+      for (int x = 0; x < usual.width; ++x)
+        differing += !is_near(usual.at(x, y), other.at(x, y), 8);
+    EXPECT_LT(differing, 50) << size;
+  }
 }
 
 TEST(RenderMode, GivenTheBackEnd_WhenAWindowIsMade_ThenItIsOneThatDraws) {

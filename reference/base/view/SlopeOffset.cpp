@@ -32,6 +32,11 @@ constexpr const char* kMeasureSlope = "//VTK::UniformFlow::Impl\n"
                                       "  float orbelSlope = abs(dFdx(gl_FragCoord.z)) + abs(dFdy(gl_FragCoord.z));\n";
 constexpr const char* kDepthTag = "//VTK::Depth::Impl";
 constexpr const char* kPushBack = "  gl_FragDepth = gl_FragCoord.z + orbelOffsetPixels * orbelSlope;\n";
+// VTK's own normal of a facet, from how places change from pixel to pixel. For meshes of some nanometres in metres the
+// product and its square are too small for single precision, for very large ones too large: facets would turn black.
+constexpr const char* kFacetNormal = "normalize(cross(fdx,fdy))";
+constexpr const char* kScaledFacetNormal = "normalize(cross(fdx / max(max(abs(fdx.x), abs(fdx.y)), abs(fdx.z)),"
+                                           " fdy / max(max(abs(fdy.x), abs(fdy.y)), abs(fdy.z))))";
 
 constexpr const char* kLiftUniform = "orbelLift";
 constexpr const char* kPositionTag = "//VTK::PositionVC::Impl";
@@ -114,6 +119,7 @@ void set_slope_offset(vtkActor* actor, double pixels) {
   if (!pushes_back(shader)) {
     shader->AddFragmentShaderReplacement(kFlowTag, true, kMeasureSlope, false);
     shader->AddFragmentShaderReplacement(kDepthTag, true, kPushBack, false);
+    shader->AddFragmentShaderReplacement(kFacetNormal, false, kScaledFacetNormal, true);
   }
   shader->GetFragmentCustomUniforms()->SetUniformf(kUniform, static_cast<float>(factor * pixels));
 }
