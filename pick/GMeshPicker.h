@@ -9,6 +9,7 @@
 
 /// The picker of mesh entities. Made by the host, it is registered with the pick system under the names of all kinds of
 /// mesh entities until it is destroyed, and answers from the visible groups of the renderer that it is asked about.
+/// What was hidden or clipped since the last frame is not reported, though it is still on the screen.
 ///
 /// Every hit is reported, with its depth as distance (plus a small bias per kind); which one wins is the pick system's
 /// business. Picking and pre-selecting are the same computation.

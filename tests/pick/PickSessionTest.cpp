@@ -169,6 +169,29 @@ TEST_F(PickSession, GivenAClippedModel_WhenPickedEverywhere_ThenNothingOfWhatIsC
   EXPECT_THAT(GPickerBase::possible_selections(), IsEmpty());
 }
 
+TEST_F(PickSession, GivenAClippedModel_WhenElementsAreDeletedOrPlanesTakenAway_ThenPicksFollow) {
+  GMeshPicker picker;
+  Session session(TovanColor(0, 0, 255), 0);
+  GPickerBase::set_filter({"Face"});
+  vtkNew<vtkPlane> plane;
+  plane->SetOrigin(1.5, 0, 0);
+  plane->SetNormal(1, 0, 0);
+  session.model.set_clipping_plane(plane);
+  view_.render();
+  EXPECT_FALSE(pick(0.5, 0.5));
+  ASSERT_TRUE(pick(1.75, 0.5));
+  const auto gone = session.quads()[1];
+  ASSERT_TRUE(session.mesh.database->delete_elements(1, &gone));
+  session.model.update_mesh_modified(session.mesh.owner);
+  view_.render();
+  EXPECT_FALSE(pick(1.75, 0.5));
+  session.model.set_clipping_plane(nullptr);
+  view_.render();
+  EXPECT_TRUE(pick(0.5, 0.5));
+  EXPECT_FALSE(pick(1.75, 0.5));
+  session.highlight.clear();
+}
+
 TEST_F(PickSession, GivenADatabaseThatErrs_WhenPickedHoveredAndHighlighted_ThenNothingBreaks) {
   static const int node_counts[] = {0, 1, 3, 6, 8, 10, 20, 15, 13, 5};
   test_support::NamedMesh mesh;

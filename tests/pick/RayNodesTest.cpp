@@ -206,6 +206,7 @@ TEST(RayVertices, GivenAQuadraticElement_WhenPicked_ThenItsCornersAloneAreAskedF
   picker.pickVertices(mesh.mesh.elements[Tarn::Hex], ray.data(), hits);
   EXPECT_THAT(db.operations(), ElementsAre("get_element_node_count", "get_element_vertices", "get_coordinate_arrays"));
   EXPECT_THAT(db.calls("get_element_vertices")[0].numbers, ElementsAre(27)) << "room for every node";
+  EXPECT_THAT(db.calls("get_coordinate_arrays")[0].handles, SizeIs(8)) << "as many as there were";
   EXPECT_THAT(values_of(hits), ElementsAreArray(values_of(Nodes(mesh.nodes.begin(), mesh.nodes.begin() + 8))));
 }
 
