@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -36,6 +37,14 @@ std::uint64_t size_of_type(const std::string& type) {
   for (const auto& [name, size] : Sizes)
     if (type == name) return size;
   throw Refusal("unknown data type " + type);
+}
+
+// Whether the reader gets a value out of the text: it stops at what its stream does not take for a value of the type.
+bool reads_as(std::string_view text, const std::string& type) {
+  const auto value = to_real(text);
+  if (!value || !std::isfinite(*value)) return false;
+  if (type == "float") return std::abs(*value) < 0x1.ffffffp127; // what is less rounds to the largest float at most
+  return type == "double" || to_integer(text).has_value();
 }
 
 constexpr std::array<std::string_view, 5> CellSections = {"cells", "vertices", "lines", "polygons", "triangle_strips"};
@@ -93,11 +102,12 @@ private:
 
   void check_coordinates(const std::string& keyword) {
     const std::uint64_t count = declared(keyword);
-    const std::uint64_t size = size_of_type(lower(word()));
+    const std::string type = lower(word());
+    const std::uint64_t size = size_of_type(type);
     const std::uint64_t values = keyword == "points" ? 3 : 1;
     line();
     check_fits(keyword, count, values * (binary_ ? size : 2));
-    skip(keyword, count * values, size);
+    skip(keyword, count * values, type);
   }
 
   void check_cells(const std::string& keyword) {
@@ -118,17 +128,18 @@ private:
 
   void check_array(const std::string& section, const std::string& name, std::uint64_t count) {
     if (lower(word()) != name) throw Refusal(upper(section) + " lacks its " + upper(name));
-    const std::uint64_t size = size_of_type(lower(word()));
+    const std::string type = lower(word());
+    const std::uint64_t size = size_of_type(type);
     line();
     check_fits(section, count, binary_ ? size : 2);
-    skip(upper(section) + " " + name, count, size);
+    skip(upper(section) + " " + name, count, type);
   }
 
   void check_types() {
     types_ = declared("cell_types");
     line();
     check_fits("cell_types", types_, binary_ ? 4 : 2);
-    skip("cell_types", types_, 4);
+    skip("cell_types", types_, "int");
   }
 
   // The reader takes as many types as there are cells, wherever they come from.
@@ -200,16 +211,16 @@ private:
     return static_cast<std::uint64_t>(*value);
   }
 
-  void skip(const std::string& keyword, std::uint64_t values, std::uint64_t size) {
+  void skip(const std::string& keyword, std::uint64_t values, const std::string& type) {
     if (binary_) {
-      at_ = std::min<std::size_t>(text_.size(), at_ + values * size);
+      at_ = std::min<std::size_t>(text_.size(), at_ + values * size_of_type(type));
       return;
     }
     for (std::uint64_t i = 0; i < values; ++i) {
       const std::string_view text = word();
       if (text.empty())
         throw Refusal(upper(keyword) + ": ends at value " + std::to_string(i) + " of " + std::to_string(values));
-      if (!is_number(text))
+      if (!reads_as(text, type))
         throw Refusal(upper(keyword) + ": value " + std::to_string(i) + " is \"" + std::string(text.substr(0, 30)) +
                       "\"");
     }

@@ -185,6 +185,10 @@ bad("offsets_fall.vtk",
 bad("offsets_word.vtk",
     vtk(POINTS + "CELLS 3 6\nOFFSETS vtktypeint64\n0 six 6\nCONNECTIVITY vtktypeint64\n0 1 2 0 2 3\n" + TYPES,
         version="5.1"), 'error: CELLS OFFSETS: value 1 is "six"')
+bad("points_nan.vtk", vtk(POINTS.replace("1 1 0", "1 nan 0") + CELLS + TYPES), 'error: POINTS: value 7 is "nan"')
+bad("points_inf.vtk", vtk(POINTS.replace("1 1 0", "1 -inf 0") + CELLS + TYPES), 'error: POINTS: value 7 is "-inf"')
+bad("points_large.vtk", vtk(POINTS.replace("1 1 0", "1 3e39 0") + CELLS + TYPES), 'error: POINTS: value 7 is "3e39"')
+bad("points_largest.vtk", vtk(POINTS.replace("1 1 0", "1 3.4028235e38 0") + CELLS + TYPES), "left out: ")
 bad("points_word.vtk", vtk(POINTS.replace("1 1 0", "1 x 0") + CELLS + TYPES), 'error: POINTS: value 7 is "x"')
 bad("types_missing.vtk", vtk(POINTS + CELLS), "error: has 2 CELLS but 0 CELL_TYPES")
 bad("types_too_few.vtk", vtk(POINTS + CELLS + "CELL_TYPES 1\n5\n"), "error: has 2 CELLS but 1 CELL_TYPES")
