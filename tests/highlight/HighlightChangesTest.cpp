@@ -152,6 +152,29 @@ TEST_F(HighlightChanges, GivenADatabaseThatFails_WhenHighlighted_ThenWhatItKnows
   }
 }
 
+// Highlights draw as the modes without surfaces do: lines and points of the mesh show in them.
+TEST_F(HighlightChanges, GivenLinesAndPoints_WhenHighlighted_ThenTheyAreDrawnToo) {
+  const Elem edge = sheet.add_element(Tarn::Edge, {0, 1});
+  const Elem point = sheet.add_element(Tarn::OneNode, {2});
+  highlight.highlight_mesh(sheet.mesh); // makes part 0
+  const vtkIdType all = lines(0);
+  highlight.clear_non_picked();
+  notify_picked({}, {edge, point}, true);
+  notify_hovered(edge, true);
+  MeshVector lone;
+  lone.elements[Tarn::Edge] = {edge};
+  highlight.highlight_mesh(lone);
+  for (const std::size_t part : {0, 2, 4})
+    EXPECT_EQ(lines(part), 1) << part;
+  EXPECT_GT(all, 12);
+  auto* picked_nodes = vtkMultiBlockDataSet::SafeDownCast(highlight.parts.at(1));
+  EXPECT_EQ(vtkPolyData::SafeDownCast(picked_nodes->GetBlock(0))->GetNumberOfVerts(), 3);
+  // A group that is given to the data groups later draws so as well.
+  highlight.clear();
+  highlight.highlight_mesh(lone);
+  EXPECT_EQ(lines(0), 1);
+}
+
 // ------------------------------------------------------------------------------------------ what it costs
 
 TEST(HighlightCost, GivenABigModel_WhenOneElementIsHighlighted_ThenNothingOfTheModelIsAskedOrRebuilt) {

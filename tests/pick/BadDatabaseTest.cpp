@@ -131,6 +131,22 @@ TEST(FailingDatabase, GivenEverySecondCallFails_WhenPicked_ThenTheRestIsFound) {
   EXPECT_THAT(three.found_by_ray(db), IsEmpty());
 }
 
+TEST(FailingDatabase, GivenNoNodeCount_WhenPicked_ThenSolidsAreTakenForEightNodesAndVerticesForNone) {
+  test_support::NamedMesh mesh = test_support::one_element(Tarn::Hex, 27);
+  test_support::RecordingMeshData db(*mesh.database);
+  db.fail("get_element_node_count");
+  PickInterface picker(&db);
+  picker.setTolerance(0.01);
+  Ray ray = down_at(0.25, 0.5);
+  ElementHits hits;
+  picker.pickEntities(mesh.mesh.elements[Tarn::Hex], ray.data(), hits);
+  EXPECT_THAT(hits, SizeIs(1));
+  EXPECT_THAT(db.calls("get_element_connectivity")[0].numbers, ElementsAre(8));
+  NodeHits nodes;
+  picker.pickVertices(mesh.mesh.elements[Tarn::Hex], ray.data(), nodes);
+  EXPECT_THAT(db.calls("get_element_vertices")[0].numbers, ElementsAre(0));
+}
+
 TEST(FailingDatabase, GivenVerticesOrEdgesThatFail_WhenPicked_ThenTheirElementsAreSkipped) {
   test_support::NamedMesh mesh = test_support::quad_sheet(2, 1);
   test_support::RecordingMeshData db(*mesh.database);
