@@ -350,7 +350,8 @@ void check_adf(std::string_view bytes) {
 void check_cgns(const Source& source) {
   const std::string_view bytes = source.bytes.view();
   if (is_hdf5(bytes)) return check_hdf5(bytes);
-  if (bytes.substr(4, 20) != "ADF Database Version") throw Refusal("is neither ADF nor HDF5");
+  constexpr std::size_t Name = 4; // after four signs
+  if (bytes.size() < Name || bytes.substr(Name, 20) != "ADF Database Version") throw Refusal("is neither ADF nor HDF5");
   check_adf(bytes);
 }
 

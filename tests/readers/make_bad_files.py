@@ -51,6 +51,9 @@ for number, extension in enumerate((".vtu", ".vtp", ".vtm")):
 bad("garbage.vtk", garbage(500, 4), "error: is not a legacy VTK file")
 bad("garbage.e", garbage(500, 5), "error: is neither NetCDF nor HDF5")
 bad("garbage.cgns", garbage(500, 6), "error: is neither ADF nor HDF5")
+for extension, line in ((".cgns", "neither ADF nor HDF5"), (".e", "neither NetCDF nor HDF5"), (".stl", "not an STL file"),
+                        (".ply", "not a PLY file"), (".vtk", "not a legacy VTK file"), (".vtu", "not a VTK XML file")):
+    bad("one_byte" + extension, b"@", "error: is " + line)
 bad("garbage.stl", garbage(50, 7), "error: is not an STL file")
 bad("garbage.ply", garbage(500, 8), "error: is not a PLY file")
 bad("garbage.obj", garbage(5000, 9), "error: is not a text file")
