@@ -8,6 +8,7 @@
 #include <vtkUnsignedCharArray.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 namespace {
@@ -46,9 +47,12 @@ struct GlyphSheet::Ink {
   Piece piece;
   std::vector<unsigned char> coverage;
 
+  std::size_t pixel(int x, int y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(piece.width) + static_cast<std::size_t>(x);
+  }
   int at(int x, int y) const {
     if (x < 0 || y < 0 || x >= piece.width || y >= piece.height) return 0;
-    return coverage[static_cast<std::size_t>(y * piece.width + x)];
+    return coverage[pixel(x, y)];
   }
   /// The strongest coverage round a pixel.
   int reach(int x, int y) const {
@@ -145,7 +149,7 @@ std::uint32_t GlyphSheet::make(std::string_view text) {
       const int covered = ink.at(x, y);
       const double rim = kRimOpacity * ink.reach(x, y) * (255 - covered) / 255.0;
       coverage_.push_back(static_cast<unsigned char>(covered));
-      coverage_.push_back(static_cast<unsigned char>(rim + 0.5));
+      coverage_.push_back(static_cast<unsigned char>(std::lround(rim)));
     }
   pieces_.push_back(ink.piece);
   return static_cast<std::uint32_t>(pieces_.size() - 1);
@@ -182,10 +186,10 @@ GlyphSheet::Ink GlyphSheet::ink_of(std::string_view text) {
   ink.piece.height = high - low + 3;
   ink.piece.left = left - 1;
   ink.piece.low = low - 1;
-  ink.coverage.assign(static_cast<std::size_t>(ink.piece.width * ink.piece.height), 0);
+  ink.coverage.assign(ink.pixel(0, ink.piece.height), 0);
   for (int y = low; y <= high; ++y)
     for (int x = left; x <= right; ++x)
-      ink.coverage[static_cast<std::size_t>((y - low + 1) * ink.piece.width + x - left + 1)] = coverage_at(x, y);
+      ink.coverage[ink.pixel(x - left + 1, y - low + 1)] = coverage_at(x, y);
   return ink;
 }
 
@@ -207,7 +211,8 @@ const std::uint32_t* GlyphSheet::Tinted::pixels(std::uint32_t piece) {
 void GlyphSheet::Tinted::paint(std::uint32_t piece) {
   starts_[piece] = pixels_.size();
   const std::uint32_t rim_color = is_dark(tint_) ? 255 : 0;
-  const auto count = static_cast<std::size_t>(sheet_.pieces_[piece].width * sheet_.pieces_[piece].height);
+  const auto count =
+      static_cast<std::size_t>(sheet_.pieces_[piece].width) * static_cast<std::size_t>(sheet_.pieces_[piece].height);
   const unsigned char* coverage = sheet_.coverage_.data() + sheet_.coverage_starts_[piece];
   for (std::size_t i = 0; i < count; ++i, coverage += 2) {
     const std::uint32_t text = coverage[0] * std::uint32_t{tint_.a} / 255;

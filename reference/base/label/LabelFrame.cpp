@@ -16,7 +16,7 @@ namespace {
 /// The actors that draw labels in the renderer.
 std::vector<vtkSmartPointer<vtkActor2D>> label_actors(vtkRenderer* renderer) {
   std::vector<vtkSmartPointer<vtkActor2D>> actors;
-  vtkCollectionSimpleIterator place;
+  vtkCollectionSimpleIterator place = nullptr;
   vtkPropCollection* props = renderer->GetViewProps();
   props->InitTraversal(place);
   while (vtkProp* prop = props->GetNextProp(place)) {

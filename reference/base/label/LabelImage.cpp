@@ -105,7 +105,8 @@ void LabelImage::paint(const std::uint32_t* pixels, int width, int height, int x
   }
   for (int tile_y = low / kTile; tile_y <= (high - 1) / kTile; ++tile_y)
     for (int tile_x = left / kTile; tile_x <= (right - 1) / kTile; ++tile_x)
-      used_tiles_[static_cast<std::size_t>(tile_y * tiles_across_ + tile_x)] = 1;
+      used_tiles_[static_cast<std::size_t>(tile_y) * static_cast<std::size_t>(tiles_across_) +
+                  static_cast<std::size_t>(tile_x)] = 1;
 }
 
 void LabelImage::finish() {

@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t kFirstTable = 64;
 
 std::uint64_t bits_of(double value) {
-  std::uint64_t bits;
+  std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof bits);
   return bits;
 }
