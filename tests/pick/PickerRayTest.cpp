@@ -193,7 +193,7 @@ INSTANTIATE_TEST_SUITE_P(
     All, PoorCameras,
     testing::Values(
         Camera{"sound", [](PlanView&, vtkCamera*) {}, Camera::Hits},
-        Camera{"on_the_mesh", [](PlanView&, vtkCamera* camera) { camera->SetPosition(3, 0.5, 0); }, Camera::Misses},
+        Camera{"on_the_mesh", [](PlanView&, vtkCamera* camera) { camera->SetPosition(3, 0.5, 0); }, Camera::Either},
         Camera{"behind_it_looking_away", [](PlanView&, vtkCamera* camera) { camera->SetFocalPoint(3, 0.5, 20); },
                Camera::Misses},
         Camera{"close_to_it",
@@ -214,7 +214,7 @@ INSTANTIATE_TEST_SUITE_P(
         Camera{"clipping_range_beyond", [](PlanView&, vtkCamera* camera) { camera->SetClippingRange(11, 12); },
                Camera::Misses},
         Camera{"eye_at_the_focal_point",
-               [](PlanView&, vtkCamera* camera) { camera->SetPosition(camera->GetFocalPoint()); }, Camera::Misses},
+               [](PlanView&, vtkCamera* camera) { camera->SetPosition(camera->GetFocalPoint()); }, Camera::Either},
         Camera{"nowhere", [](PlanView&, vtkCamera* camera) { camera->SetPosition(kNaN, 0, 0); }, Camera::Misses},
         Camera{"no_scale", [](PlanView&, vtkCamera* camera) { camera->SetParallelScale(0); }, Camera::Misses},
         Camera{"window_of_no_size", [](PlanView& view, vtkCamera*) { view.window()->SetSize(0, 0); }, Camera::Either},
