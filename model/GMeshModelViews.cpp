@@ -258,6 +258,9 @@ void GMeshModel::add_mesh_group(GMeshGroup* group) {
   const bool line_color_unset = line_color_ == kNoColor;
   const bool flat = group->get_color_type() != GMeshGroup::VertexColors;
   GMeshDataGroup* const data_group = data_group_of(group);
+  // A mesh replaced while hidden is in view already, perhaps in another data group: it would be drawn in both.
+  const auto shown = shown_in_.find(group);
+  if (shown != shown_in_.end() && shown->second != data_group) remove_mesh_group(group);
   shown_in_[group] = data_group;
   const BlockList blocks = data_group->add_entity(group);
   if (blocks.empty()) return; // the parts exist and will show the new member at their next update

@@ -554,6 +554,24 @@ TEST_F(MeshModel, GivenAShownMesh_WhenWhatSelectsItsDataGroupChanges_ThenItCanSt
   }
 }
 
+TEST_F(MeshModel, GivenAHiddenMeshThatWasReplaced_WhenItIsShownInAnotherDataGroup_ThenItIsDrawnOnce) {
+  const QuadOwner q = quad();
+  add(q);
+  model.set_visibility(q.owner, false);
+  model.forget_calls();
+  model.add_mesh_unique(q.mesh, q.owner); // draws it, hidden as it is
+  const auto entered = model.added_data();
+  ASSERT_THAT(entered, SizeIs(3));
+  model.get_mesh(q.owner)->set_node_visibility(true);
+
+  model.forget_calls();
+  model.set_visibility(q.owner, true);
+
+  EXPECT_EQ(model.removed, entered);
+  ASSERT_THAT(model.added, SizeIs(3));
+  EXPECT_NE(model.added_data(), entered);
+}
+
 TEST_F(MeshModel, GivenAColor_WhenSetByOwner_ThenTheGroupTakesIt) {
   const QuadOwner q = quad();
   add(q);
