@@ -31,6 +31,9 @@ PropList highlight_props(const PropList& props) {
     actor->SetPickable(0);
     if (actor->GetProperty()->GetRepresentation() == VTK_SURFACE) continue;
     actor->GetMapper()->SetScalarVisibility(0);
+    // In front of the mesh's own edges and nodes, on which it lies.
+    actor->GetMapper()->SetRelativeCoincidentTopologyLineOffsetParameters(0.0, -2.0);
+    actor->GetMapper()->SetRelativeCoincidentTopologyPointOffsetParameter(-2.0);
     kept.push_back(prop);
   }
   return kept;

@@ -161,6 +161,18 @@ TEST_F(Picks, GivenAPictureToo_WhenPicked_ThenItShowsWhatWon) {
   EXPECT_NEAR(double(highlighted(picked)), 4 * plate::unit * 4, 250);
 }
 
+TEST_F(Picks, GivenEdgesOfTheMesh_WhenPicksLieOnThem_ThenTheyDoNotShowThrough) {
+  std::vector<std::string> options = {"--resolution=480,320", "--output=" + folder + "/a.png", "--select=hex:1000-1100",
+                                      mesh("ring_segments.exo")};
+  EXPECT_EQ(run_orbel_view(options).status, 0);
+  const auto with = double(highlighted(Pixels::read(folder + "/a.png")));
+  options.emplace_back("--no-edges");
+  EXPECT_EQ(run_orbel_view(options).status, 0);
+  const auto without = double(highlighted(Pixels::read(folder + "/a.png")));
+  EXPECT_GT(without, 5000);
+  EXPECT_NEAR(with, without, 0.01 * without);
+}
+
 TEST_F(Picks, GivenInfoToo_WhenPicked_ThenBothAreWritten) {
   const Outcome outcome = run({"--info", "--pick=3,3"});
   EXPECT_THAT(outcome.out, testing::StartsWith("{\n  \"file\""));
