@@ -43,6 +43,6 @@ picture four_kinds "One element of each kind of solid, and the nodes" --nodes --
 picture four_kinds_dimmed "The same, hidden edges dimmed" --render-mode=dimmed --line-width=2 $more/four_kinds.e
 picture shell "A shell of triangles and quadrilaterals" --view=iso $more/blow_shell.vtk
 picture cylinder "Quadratic tetrahedra as a wire frame on dark ground" --render-mode=wireframe --background=#1B2430 --line-color=#9FD4FF $more/cylinder_quadratic_tets.vtk
-picture picked "What a circle picks of the hexahedra that can be seen" --pick-circle=300,140,60 --filter=Hex $samples/ring_segments.exo
+picture picked "What a circle picks of the hexahedra that can be seen" --resolution=$size --pick-circle=300,140,60 --filter=Hex $samples/ring_segments.exo
 picture labels "Ids of nodes and hexahedra, in the colours of their owners" --labels=nodes:local,hexes:local --render-mode=hidden-line --line-color=#B0B0B0 --zoom=3 $samples/ring_segments.exo
 picture sample "The built-in sample: every kind of element, linear and quadratic" --color-by=kind --sample

@@ -104,11 +104,13 @@ std::vector<PickRecord> describe(const std::vector<EntitySelection>& selections,
 }
 
 std::string to_json(const std::vector<PickRecord>& records) {
-  Json list = Json::array();
-  for (const PickRecord& record : records)
-    list.push_back(record_json(record));
-  // Names may hold any bytes; JSON may not.
-  return list.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  std::string text;
+  for (const PickRecord& record : records) {
+    text += text.empty() ? "[\n  " : ",\n  ";
+    // Names may hold any bytes; JSON may not.
+    text += record_json(record).dump(-1, ' ', false, Json::error_handler_t::replace);
+  }
+  return text.empty() ? "[]\n" : text + "\n]\n";
 }
 
 std::string id_lists(const std::vector<PickRecord>& records) {

@@ -33,7 +33,7 @@ PickRecord describe(const EntitySelection& selection, Tarn::MeshDatabase& databa
 /// The records of selections, in their order.
 std::vector<PickRecord> describe(const std::vector<EntitySelection>& selections, Tarn::MeshDatabase& database);
 
-/// A list of objects, with a line end.
+/// A list of objects, one a line, with a line end.
 std::string to_json(const std::vector<PickRecord>& records);
 
 /// Ids in the form that `--select` takes, kinds separated by blanks: "node:3 hex:1,5,9-12"; "" for no records.

@@ -118,7 +118,7 @@ TEST_F(Picks, GivenFilters_WhenPicked_ThenOnlyWhatTheyAdmit) {
 
 TEST_F(Picks, GivenNoFilter_WhenTheMeshHasEdgeElements_ThenTheyArePickedToo) {
   const Outcome bridge = run_orbel_view({"--pick-box=0,0,1280,720", "--through", mesh("bridge_beams.vtk")});
-  EXPECT_THAT(bridge.out, testing::HasSubstr("\"type\": \"Edge\""));
+  EXPECT_THAT(bridge.out, testing::HasSubstr("\"type\":\"Edge\""));
   for (const json& record : records({"--pick-box=0,0,640,480", "--through"}))
     EXPECT_EQ(record["type"], "Hex");
 }
