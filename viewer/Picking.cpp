@@ -63,7 +63,8 @@ Picking::Picking(Scene& scene, const PickOptions& options)
   set_filter(options.filter);
 }
 
-Picking::~Picking() { highlight_.clear(); }
+// With its pickers go their records, and with these what is picked.
+Picking::~Picking() = default;
 
 bool Picking::pick(GView& view, const PickRequest& request, GPickerBase::Change change) {
   bool hit = false;
