@@ -263,7 +263,10 @@ TEST_F(PickWindow, GivenPickedOwners_WhenHiddenShownAloneAndUndone_ThenThePictur
 
 TEST_F(PickWindow, GivenTheLegend_WhenClicked_ThenItsOwnerGoesAndComes) {
   desktop.resize(900, 600);
-  Pixels wide = desktop.look_for_change(start);
+  // The plate has 555 x 555 pixels now, the lowest under the texts.
+  const auto is_large = [](const Pixels& now) { return now.width == 900 && painted(now) > 200000; };
+  const Pixels wide = desktop.look_until(is_large);
+  ASSERT_TRUE(is_large(wide));
   const Pixels with = after("g", wide);
   EXPECT_GT(wide.differences(with), 500u);
   // Under the heading; the second owner is the upper layer.
