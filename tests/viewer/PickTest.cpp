@@ -205,6 +205,13 @@ TEST_F(Picks, GivenIdsThatNothingHas_WhenSelected_ThenOneLineSaysWhich) {
   EXPECT_EQ(run({"--select=hex:51"}).status, 1) << "a window";
 }
 
+// A run that takes more than a minute is ended, and then its status is none of its own.
+TEST_F(Picks, GivenALargeMesh_WhenAllOfItIsPicked_ThenInGoodTime) {
+  const Outcome all = run_orbel_view({"--pick-box=0,0,1280,720", "--through", mesh("wheelset_x8.vtu")});
+  EXPECT_EQ(all.status, 0);
+  EXPECT_EQ(std::count(all.out.begin(), all.out.end(), '\n'), 175472 + 2);
+}
+
 TEST_F(Picks, GivenNoDisplayAndNoServer_WhenPicking_ThenOneLineSaysHow) {
   const Outcome outcome = run_orbel_view({"--pick=3,3", file}, {{"DISPLAY", ""}, {"PATH", "/nowhere"}});
   EXPECT_EQ(outcome.status, 1);
