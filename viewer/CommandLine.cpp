@@ -7,6 +7,7 @@
 #include <vtkVersion.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace viewer {
 namespace {
@@ -270,6 +271,13 @@ CommandLine parse_command_line(int argc, const char* const* argv) {
   app.set_version_flag("--version", version_text, "Print the version.")->group("About");
   app.add_flag("--list-readers", list_readers, "List the file formats and their extensions.")->group("About");
 
+  // The parser would take the next argument for the value, a FILE say.
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+    const std::string argument = argv[i];
+    if (argument.size() < 4 || argument.compare(0, 2, "--") != 0 || argument.back() != '=') continue;
+    line.ending = wrong_usage(argument.substr(0, argument.size() - 1) + ": no value after =");
+    return line;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

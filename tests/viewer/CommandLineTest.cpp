@@ -31,6 +31,7 @@ const WrongRow wrong_rows[] = {
     {"unknown option", {"--frobnicate", "a.vtu"}, "The following argument was not expected: --frobnicate"},
     {"option of one dash", {"-x", "a.vtu"}, "The following argument was not expected: -x"},
     {"value missing", {"a.vtu", "--output"}, "--output: 1 required FILE.png missing"},
+    {"value empty", {"--hide=", "a.vtu"}, "--hide: no value after ="},
     {"no picture format", {"--output=a.jpg", "a.vtu"}, "--output: 'a.jpg' does not end in .png"},
     {"resolution", {"--resolution=100", "a.vtu"}, "--resolution: '100' is not of the form W,H"},
     {"resolution of nothing", {"--resolution=0,0", "a.vtu"}, "--resolution: '0' is not a whole number"},
