@@ -8,8 +8,11 @@
 
 #include <vtkCamera.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
+#include <numeric>
+#include <random>
 #include <stdexcept>
 
 using testing::ElementsAre;
@@ -317,6 +320,38 @@ TEST_F(PickSystem, GivenPossibleSelections_WhenOneIsTakenOut_ThenTheWalkGoesOnFr
   picker.hits.resize(1);
   pick();
   EXPECT_FALSE(GPickerBase::next_possible_selection()) << "one alone has none after it";
+}
+
+TEST_F(PickSystem,
+       GivenManyPossibleSelections_WhenTakenOutAtRandomBetweenSteps_ThenTheListAndTheWalkAreThoseOfAPlainOne) {
+  std::mt19937 random(20);
+  FakePicker picker({"Hex"});
+  for (int id = 0; id < 200; ++id)
+    picker.hits.push_back({"Node", id, {0, 0, 0}, 0.1F * float(id + 1)});
+  pick();
+  std::vector<int> left(200);
+  std::iota(left.begin(), left.end(), 0);
+  std::size_t at = 0;
+  while (left.size() > 1) {
+    for (int i = 0; i < 1 + int(random() % 5); ++i) {
+      const int id = int(random() % 200);
+      auto* gone = new FakeEntity("Node", id);
+      GPickerBase::remove_from_possible_selections_list(gone);
+      gone->Delete();
+      const auto found = std::find(left.begin(), left.end(), id);
+      if (found == left.end()) continue;
+      if (std::size_t(found - left.begin()) < at) --at;
+      left.erase(found);
+    }
+    std::vector<std::string> names;
+    for (int id : left)
+      names.push_back("Node " + std::to_string(id));
+    ASSERT_EQ(possible(), names);
+    if (left.size() < 2) break;
+    ASSERT_TRUE(GPickerBase::next_possible_selection());
+    at = (at % left.size() + 1) % left.size();
+    ASSERT_EQ(picked().back(), names[at]);
+  }
 }
 
 TEST_F(PickSystem, GivenTheCursor_WhenItMoves_ThenRemovalIsToldFirstAndNeverOfNothing) {

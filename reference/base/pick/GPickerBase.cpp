@@ -128,7 +128,6 @@ void set_possible(const std::vector<PickHit>& hits) {
   state().possible.clear();
   for (const PickHit& hit : hits)
     state().possible.add(hit);
-  state().walked = 0;
 }
 
 } // namespace
@@ -190,16 +189,7 @@ void GPickerBase::remove_pre_selection_observer(GPicked::PickCallbackNow* observ
 }
 
 void GPickerBase::remove_from_possible_selections_list(const GPicked::PickedEntity* entity) {
-  if (!entity) return;
-  const EntityIdentity gone(*entity);
-  PickState& pick = state();
-  const auto& hits = pick.possible.hits();
-  const auto found =
-      std::find_if(hits.begin(), hits.end(), [&gone](const PickHit& hit) { return hit.identity == gone; });
-  if (found == hits.end()) return;
-  // The walk goes on from where it stood.
-  if (std::size_t(found - hits.begin()) < pick.walked) --pick.walked;
-  pick.possible.take_out([&gone](const PickHit& hit) { return hit.identity == gone; });
+  if (entity) state().possible.take_out(EntityIdentity(*entity));
 }
 
 void GPickerBase::remove_from_picked_list(int count, const GPicked::PickedEntity* const* entities) {
@@ -245,11 +235,13 @@ bool GPickerBase::hover(GView* view, float x, float y) {
 }
 
 bool GPickerBase::next_possible_selection() {
-  const std::vector<PickHit> hits = state().possible.hits();
+  SelectionList& possible = state().possible;
+  const std::vector<PickHit>& hits = possible.hits();
   if (hits.size() < 2) return false;
-  const EntityIdentity before = hits[state().walked % hits.size()].identity;
-  state().walked = (state().walked + 1) % hits.size();
-  const PickHit next = hits[state().walked];
+  const std::size_t place = possible.place() % hits.size();
+  const EntityIdentity before = hits[place].identity;
+  possible.go_to((place + 1) % hits.size());
+  const PickHit next = hits[possible.place()]; // a copy: observers may change the list
   state().remove_from_picked([&before](const PickHit& hit) { return hit.identity == before; });
   state().add_to_picked({next});
   return true;

@@ -16,28 +16,6 @@ template <class Tell> void tell_all(const std::vector<GPicked::PickCallbackNow*>
 
 } // namespace
 
-void SelectionList::add(const PickHit& hit) {
-  entries_.push_back(hit.selection);
-  hits_.push_back(hit);
-}
-
-std::vector<PickHit> SelectionList::take_out(const std::function<bool(const PickHit&)>& goes) {
-  std::vector<PickHit> taken;
-  std::vector<PickHit> kept;
-  for (const PickHit& hit : hits_)
-    (goes(hit) ? taken : kept).push_back(hit);
-  if (taken.empty()) return taken;
-  clear();
-  for (const PickHit& hit : kept)
-    add(hit);
-  return taken;
-}
-
-void SelectionList::clear() {
-  entries_.clear();
-  hits_.clear();
-}
-
 PickState& PickState::instance() {
   static PickState state;
   return state;

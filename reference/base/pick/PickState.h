@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/EntitySelection.h"
-#include "reference/base/pick/SelectionBuffer.h"
+#include "reference/base/pick/SelectionList.h"
 
 #include <functional>
 #include <string>
@@ -14,26 +14,6 @@ class PickCallbackNow;
 
 class GPicker;
 
-/// A list of selections in order, with what is known of each beside it.
-class SelectionList {
-public:
-  /// Appends a hit.
-  void add(const PickHit& hit);
-  /// Takes out the entries of which `goes` is true, and gives them back in order.
-  std::vector<PickHit> take_out(const std::function<bool(const PickHit&)>& goes);
-  /// Takes all out.
-  void clear();
-
-  /// The selections alone.
-  const std::vector<EntitySelection>& entries() const { return entries_; }
-  /// The selections with what is known of them.
-  const std::vector<PickHit>& hits() const { return hits_; }
-
-private:
-  std::vector<EntitySelection> entries_;
-  std::vector<PickHit> hits_;
-};
-
 /// The pick system's memory: one for the process.
 struct PickState {
   static PickState& instance();
@@ -43,8 +23,7 @@ struct PickState {
   std::vector<GPicked::PickCallbackNow*> pick_observers;
   std::vector<GPicked::PickCallbackNow*> pre_selection_observers;
   SelectionList picked;
-  SelectionList possible; ///< best first
-  std::size_t walked = 0; ///< which of the possible selections was picked last
+  SelectionList possible; ///< best first; the walk stands at what was picked last
   EntitySelection pre_selection;
   std::vector<PickHit> pre_selected; ///< the pre-selection with what is known of it, or empty
 

@@ -1,0 +1,82 @@
+#include "reference/base/pick/SelectionList.h"
+
+#include <utility>
+
+void SelectionList::add(const PickHit& hit) {
+  close_up();
+  entries_.push_back(hit.selection);
+  hits_.push_back(hit);
+}
+
+std::vector<PickHit> SelectionList::take_out(const std::function<bool(const PickHit&)>& goes) {
+  close_up();
+  std::vector<PickHit> taken;
+  gone_.assign(hits_.size(), 0);
+  for (std::size_t i = 0; i < hits_.size(); ++i) {
+    if (!goes(hits_[i])) continue;
+    taken.push_back(hits_[i]);
+    gone_[i] = 1;
+  }
+  close_up();
+  return taken;
+}
+
+void SelectionList::take_out(const EntityIdentity& identity) {
+  if (gone_.empty()) {
+    gone_.assign(hits_.size(), 0);
+    for (std::size_t i = 0; i < hits_.size(); ++i)
+      places_.emplace(hits_[i].identity, i);
+  }
+  const auto found = places_.find(identity);
+  if (found != places_.end()) gone_[found->second] = 1;
+}
+
+void SelectionList::clear() {
+  entries_.clear();
+  hits_.clear();
+  gone_.clear();
+  places_.clear();
+  place_ = 0;
+}
+
+const std::vector<EntitySelection>& SelectionList::entries() const {
+  close_up();
+  return entries_;
+}
+
+const std::vector<PickHit>& SelectionList::hits() const {
+  close_up();
+  return hits_;
+}
+
+std::size_t SelectionList::place() const {
+  close_up();
+  return place_;
+}
+
+void SelectionList::go_to(std::size_t place) {
+  close_up();
+  place_ = place;
+}
+
+void SelectionList::close_up() const {
+  if (gone_.empty()) return;
+  std::size_t kept = 0;
+  std::size_t place = place_;
+  for (std::size_t i = 0; i < hits_.size(); ++i) {
+    if (gone_[i]) {
+      if (i < place_) --place;
+      continue;
+    }
+    if (kept != i) {
+      hits_[kept] = std::move(hits_[i]);
+      entries_[kept] = std::move(entries_[i]);
+    }
+    ++kept;
+  }
+  hits_.erase(hits_.begin() + static_cast<std::ptrdiff_t>(kept), hits_.end());
+  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(kept), entries_.end());
+  place_ = place;
+  gone_.clear();
+  places_.clear();
+}
