@@ -21,7 +21,8 @@ import sys
 import time
 
 FOLDERS = ["mesh", "group", "model", "highlight", "pick"]
-TESTS = ["test_mesh", "test_group", "test_model", "test_pick", "test_pick_interface", "test_mesh_picker", "test_highlight"]
+TESTS = ["test_mesh", "test_group", "test_model", "test_labels", "test_pick", "test_pick_interface", "test_mesh_picker",
+         "test_highlight"]
 
 # (pattern, replacements): one occurrence on a line is replaced by one of them.
 OPERATORS = [
