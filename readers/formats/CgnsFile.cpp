@@ -157,32 +157,39 @@ private:
           std::string(name) + " of zone " + zone.name);
   }
 
-  // Hexahedra between the nodes of a block, quadrilaterals of a sheet, edges of a line.
+  // Hexahedra between the nodes of a block, quadrilaterals of a sheet, edges of a line. A block one node thick is a
+  // sheet, whatever number of axes it declares.
   void add_structured_elements(const Zone& zone, const cgsize_t* size, int axes) {
     static constexpr Tarn::ElementType Kinds[] = {Tarn::None, Tarn::Edge, Tarn::Quad, Tarn::Hex};
     static constexpr int Corners[8][3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
                                           {0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}};
     if (zone.node_count == 0) return;
+    unsigned rank = 0;
     cgsize_t cells[3] = {1, 1, 1};
-    for (int axis = 0; axis < axes; ++axis)
-      cells[axis] = size[axis] - 1;
-    ElementBatch batch = make_batch(Kinds[axes], 1u << axes, zone.owner, false);
-    std::vector<std::uint32_t> nodes(batch.nodes_per_element);
-    for (cgsize_t k = 0; k < cells[2]; ++k)
-      for (cgsize_t j = 0; j < cells[1]; ++j)
-        for (cgsize_t i = 0; i < cells[0]; ++i) {
-          for (std::size_t c = 0; c < nodes.size(); ++c)
-            nodes[c] = zone.first_node + structured_node(i + Corners[c][0], j + Corners[c][1], k + Corners[c][2], size);
-          append(batch, nodes.data());
-        }
-    draft_.batches.push_back(std::move(batch));
+    cgsize_t strides[3] = {0, 0, 0};
+    cgsize_t stride = 1;
+    for (int axis = 0; axis < axes; stride *= size[axis++]) {
+      if (size[axis] == 1) continue;
+      cells[rank] = size[axis] - 1;
+      strides[rank++] = stride;
+    }
+    if (rank > 0) {
+      ElementBatch batch = make_batch(Kinds[rank], 1u << rank, zone.owner, false);
+      std::vector<std::uint32_t> nodes(batch.nodes_per_element);
+      for (cgsize_t k = 0; k < cells[2]; ++k)
+        for (cgsize_t j = 0; j < cells[1]; ++j)
+          for (cgsize_t i = 0; i < cells[0]; ++i) {
+            for (std::size_t c = 0; c < nodes.size(); ++c)
+              nodes[c] = zone.first_node + static_cast<std::uint32_t>((i + Corners[c][0]) * strides[0] +
+                                                                      (j + Corners[c][1]) * strides[1] +
+                                                                      (k + Corners[c][2]) * strides[2]);
+            append(batch, nodes.data());
+          }
+      draft_.batches.push_back(std::move(batch));
+    }
     int conditions = 0;
     if (cg_nbocos(file_, zone.base, zone.index, &conditions) == CG_OK && conditions > 0)
       draft_.leave_out("boundary conditions of structured zones", static_cast<std::uint64_t>(conditions));
-  }
-
-  static std::uint32_t structured_node(cgsize_t i, cgsize_t j, cgsize_t k, const cgsize_t* size) {
-    return static_cast<std::uint32_t>(i + size[0] * (j + (k == 0 ? 0 : k * size[1])));
   }
 
   // The sections of the highest dimension make up the zone, the others are its boundaries.

@@ -195,6 +195,22 @@ TEST(CgnsFiles, GivenAStructuredSheet_WhenReading_ThenItIsQuadrilaterals) {
   EXPECT_THAT(read.connectivity(Quad, 1), ElementsAre(1, 2, 5, 4));
 }
 
+TEST(CgnsFiles, GivenBlocksOneNodeThick_WhenReading_ThenTheyAreSheetsAndLines) {
+  {
+    Writer writer("thin.cgns");
+    writer.add_structured_zone("a dot", 1, 1, 1);      // zones come in the order of their names: node 0
+    writer.add_structured_zone("b flat", 3, 2, 1);     // 1 to 6
+    writer.add_structured_zone("c line", 1, 1, 3);     // 7 to 9
+    writer.add_structured_zone("d standing", 3, 1, 2); // 10 to 15
+  }
+  const ReadMesh read(scratch("thin.cgns"));
+  ASSERT_EQ(read.report.error, "");
+  EXPECT_THAT(read.report.elements, ElementsAreArray(counts({{Edge, 2}, {Quad, 4}})));
+  EXPECT_THAT(read.connectivity(Quad, 1), ElementsAre(2, 3, 6, 5));
+  EXPECT_THAT(read.connectivity(Quad, 3), ElementsAre(11, 12, 15, 14));
+  EXPECT_THAT(read.connectivity(Edge, 1), ElementsAre(8, 9));
+}
+
 TEST(CgnsFiles, GivenWhatCannotBeDrawn_WhenReading_ThenItIsCountedAndTheRestIsThere) {
   {
     Writer writer("odd.cgns");
