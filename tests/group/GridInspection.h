@@ -22,9 +22,12 @@ namespace group_test {
 
 using Color = std::array<int, 4>;
 using Point = std::array<double, 3>;
+using Ids = std::vector<vtkIdType>;
+
+constexpr Color white = {255, 255, 255, 255};
 
 /// The point ids of each cell.
-std::vector<std::vector<vtkIdType>> cell_points(vtkDataSet* data);
+std::vector<Ids> cell_points(vtkDataSet* data);
 /// The VTK type of each cell.
 std::vector<int> cell_types(vtkDataSet* data);
 /// The values of a one-component array of handles; empty, with a failure, when there is no such array.

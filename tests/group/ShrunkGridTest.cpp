@@ -28,9 +28,6 @@ using namespace group_test;
 using namespace test_support;
 using ::testing::Each;
 using ::testing::ElementsAre;
-using Ids = std::vector<vtkIdType>;
-
-constexpr Color white = {255, 255, 255, 255};
 
 class ShrunkGrid : public ::testing::Test {
 protected:
