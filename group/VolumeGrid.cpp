@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <type_traits>
 
 namespace {
@@ -32,6 +33,28 @@ using Node = Tarn::Handle<0>;
 constexpr Tarn::ElementType skinned_kinds[] = {Tarn::Tri, Tarn::Quad, Tarn::Tet, Tarn::Hex, Tarn::Wedge, Tarn::Pyramid};
 
 bool is_null(Node node) { return node.value == 0; }
+
+/// The places of the values in ascending order; none when they ascend already.
+std::vector<std::size_t> order_of(const std::vector<int>& values) {
+  std::vector<std::size_t> order;
+  if (std::is_sorted(values.begin(), values.end())) return order;
+  order.resize(values.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return values[a] < values[b]; });
+  return order;
+}
+
+/// The first place that has the position; the largest number when none has. `order` is that of `order_of`.
+std::size_t find_position(const std::vector<int>& positions, const std::vector<std::size_t>& order, int position) {
+  if (order.empty()) {
+    const auto found = std::lower_bound(positions.begin(), positions.end(), position);
+    const bool is_there = found != positions.end() && *found == position;
+    return is_there ? static_cast<std::size_t>(found - positions.begin()) : std::numeric_limits<std::size_t>::max();
+  }
+  const auto found = std::lower_bound(order.begin(), order.end(), position,
+                                      [&](std::size_t place, int wanted) { return positions[place] < wanted; });
+  return found != order.end() && positions[*found] == position ? *found : std::numeric_limits<std::size_t>::max();
+}
 
 /// How a face is drawn. No nodes: not at all.
 struct FaceShape {
@@ -124,7 +147,9 @@ private:
   vtkTypeUInt64* elem_id_;
   unsigned char* cell_color_ = nullptr;
   Tarn::ElementType side_kind_ = Tarn::Hex; // of the last side's element
-  bool positions_ascend_[10] = {};          // as those do that a clipping plane leaves
+  // By kind, the places of the list's entries in the order of their positions; empty where the list is in that order
+  // itself, as those are that a clipping plane leaves.
+  std::vector<std::size_t> by_position_[10];
 };
 
 template <class IdArray>
@@ -141,8 +166,7 @@ VolumeGridBuilder<IdArray>::VolumeGridBuilder(const VolumeGridSource& source, st
   cell_colors_ = make_color_array(size);
   cell_color_ = cell_colors_->GetPointer(0);
   for (const Tarn::ElementType kind : skinned_kinds)
-    if (const std::vector<int>* const positions = positions_of(kind))
-      positions_ascend_[kind] = std::is_sorted(positions->begin(), positions->end());
+    if (const std::vector<int>* const positions = positions_of(kind)) by_position_[kind] = order_of(*positions);
 }
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::add_nodes() {
@@ -240,13 +264,9 @@ template <class IdArray> TovanColor VolumeGridBuilder<IdArray>::color_of(const S
 
 template <class IdArray> bool VolumeGridBuilder<IdArray>::has_element(Tarn::ElementType kind, const Side& side) const {
   const std::vector<Tarn::Handle<1>>& elements = source_.mesh.elements[kind];
-  std::size_t place = static_cast<std::size_t>(side.position);
-  if (const std::vector<int>* const positions = positions_of(kind)) {
-    const auto found = positions_ascend_[kind] ? std::lower_bound(positions->begin(), positions->end(), side.position)
-                                               : std::find(positions->begin(), positions->end(), side.position);
-    if (found == positions->end() || *found != side.position) return false;
-    place = static_cast<std::size_t>(found - positions->begin());
-  }
+  const std::vector<int>* const positions = positions_of(kind);
+  const std::size_t place = positions ? find_position(*positions, by_position_[kind], side.position)
+                                      : static_cast<std::size_t>(side.position);
   return place < elements.size() && elements[place] == side.element;
 }
 
