@@ -68,7 +68,8 @@ MeshDraft parse(const Source& source) {
   std::string first_reason;
   for (const BlockFile& block : blocks) {
     // Refused on every level, each of which stops at its next block.
-    if (source.blocks++ >= MostBlocks) throw Refusal("names more than 65536 blocks, nested ones included");
+    if (source.blocks++ >= MostBlocks)
+      throw Refusal("names more than " + std::to_string(MostBlocks) + " blocks, nested ones included");
     std::string reason;
     if (add_block(draft, block, source, reason)) continue;
     if (lost++ == 0) first_reason = reason;

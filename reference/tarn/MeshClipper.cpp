@@ -93,6 +93,7 @@ void MeshClipper::Private::clip_elements(Tarn::ElementType type) {
   for (std::size_t stride = strides.first; stride < strides.last && !left.empty();) {
     stride = strides.after(stride);
     std::vector<Elem> list;
+    list.reserve(left.size());
     for (const std::size_t position : left)
       list.push_back(elements[type][position]);
     left = clip_by_first_nodes(type, list, &left, stride);

@@ -31,18 +31,19 @@ std::uint32_t over(std::uint32_t top, std::uint32_t bottom) {
 }
 
 /// 255 * 2^16 / alpha.
-std::array<std::uint32_t, 256> make_reciprocals() {
+constexpr std::array<std::uint32_t, 256> make_reciprocals() {
   std::array<std::uint32_t, 256> table{};
   for (std::uint32_t alpha = 1; alpha < 256; ++alpha)
     table[alpha] = (255u << 16) / alpha;
   return table;
 }
 
+constexpr std::array<std::uint32_t, 256> kReciprocals = make_reciprocals();
+
 /// Four bytes as blending wants them, colours not multiplied by alpha.
 void write_straight(std::uint32_t pixel, unsigned char* out) {
-  static const std::array<std::uint32_t, 256> reciprocals = make_reciprocals();
   const std::uint32_t alpha = pixel >> 24;
-  const std::uint32_t scale = reciprocals[alpha];
+  const std::uint32_t scale = kReciprocals[alpha];
   for (int shift = 0; shift < 24; shift += 8)
     *out++ = static_cast<unsigned char>(std::min(255u, ((pixel >> shift & 255u) * scale + 32768u) >> 16));
   *out = static_cast<unsigned char>(alpha);
