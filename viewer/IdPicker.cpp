@@ -2,7 +2,10 @@
 
 #include "pick/PickedElement.h"
 #include "pick/PickedNode.h"
+#include "platform/base/MultiCellPicker.h"
 #include "platform/base/PickRectangle.h"
+
+#include <utility>
 
 namespace viewer {
 namespace {
@@ -51,7 +54,10 @@ void IdPicker::pick_wanted(GView& view, GPickerBase::Change change) {
   PickRectangle region(anywhere, anywhere);
   const auto filter = GPickerBase::filter();
   GPickerBase::set_filter({own_kind});
+  // What is known already need not be visible: no depth has to be drawn for it.
+  const bool visible_only = std::exchange(MultiCellPicker::mSelectVisibleOnly, false);
   GPickerBase::pick_by_bounds(&view, region, change);
+  MultiCellPicker::mSelectVisibleOnly = visible_only;
   GPickerBase::set_filter(filter);
   wanted_.clear();
 }

@@ -73,7 +73,6 @@ bool Picking::pick(GView& view, const PickRequest& request, GPickerBase::Change 
   } else {
     MultiCellPicker::mSelectVisibleOnly = !through;
     MultiCellPicker::mBoxPickAcceptPartialCells = !whole;
-    if (!through) view.render_depth();
     hit = GPickerBase::pick_by_bounds(&view, *make_bounds(request), change);
   }
   show_nodes_where_picked();
