@@ -33,6 +33,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 
 // One pick, end to end; which entities of a mesh are candidates is in GMeshPickerCandidates.cpp.
 
@@ -140,6 +141,12 @@ void report(GPicker* picker, GPicked::PickedEntity* entity, const double* point,
   entity->Delete();
 }
 
+// Regions tell neither place nor depth.
+void report(GPicker* picker, GPicked::PickedEntity* entity) {
+  constexpr double origin[3] = {0.0, 0.0, 0.0};
+  report(picker, entity, origin, 0.0, true);
+}
+
 Elem element_on(Tarn::MeshData* db, Node node) {
   Elem element;
   db->get_elements_on_nodes(1, 1, &node, &element);
@@ -155,7 +162,7 @@ bool has_global_id(Tarn::MeshData* db, Elem element) {
 
 // The records of a growing list of region hits. A region pick hands all hits so far over with each group: what was
 // found of an entity, its record and the depth buffer hold for the rest of the call, so that a hit handed over again
-// costs the buffer's look-up and no more.
+// costs the buffer's look-up and no more. Every report is the one that `process_picks` would make.
 class RegionRecords {
 public:
   RegionRecords(vtkRenderer* renderer, vtkMatrix4x4* matrix, bool visible_only) {
@@ -183,8 +190,8 @@ private:
   void report_list(Tarn::MeshData* db, const std::vector<H>& entities, Records& records, GPicker* picker) {
     constexpr float origin[3] = {0.0F, 0.0F, 0.0F};
     for (std::size_t i = records.size(); i < entities.size(); ++i) {
-      const bool shows = !depth_ || depth_->is_visible(db, entities[i]);
-      records.push_back(shows ? Record::New(entities[i], db) : nullptr);
+      records.push_back(nullptr); // room first, so that no record is lost
+      if (!depth_ || depth_->is_visible(db, entities[i])) records.back() = Record::New(entities[i], db);
     }
     for (GPicked::PickedEntity* record : records)
       if (record) picker->add_to_selection_buffer(record, origin, 0.0F, true);
@@ -379,5 +386,10 @@ void GMeshPicker::process_picks(Tarn::MeshData* db, const NodeHits& node_hits, c
 void GMeshPicker::process_picks(Tarn::MeshData* db, const std::vector<Node>& nodes, const std::vector<Elem>& elements,
                                 vtkRenderer* renderer, vtkMatrix4x4* matrix, bool select_visible_only,
                                 GPicker* picker) {
-  RegionRecords(renderer, matrix, select_visible_only).report(db, nodes, elements, picker);
+  std::optional<DepthBuffer> depth;
+  if (select_visible_only) depth.emplace(renderer, matrix);
+  for (const Node node : nodes)
+    if (!depth || depth->is_visible(db, node)) report(picker, PickedNode::New(node, db));
+  for (const Elem element : elements)
+    if (!depth || depth->is_visible(db, element)) report(picker, PickedElement::New(element, db));
 }

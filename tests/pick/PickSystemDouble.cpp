@@ -24,6 +24,7 @@ void PickSystemDouble::add(GPicker* picker, GPicked::PickedEntity* entity, const
   EXPECT_TRUE(is_node || dynamic_cast<PickedElement*>(entity));
   current->reports.push_back(
       {is_node, entity->handle(), entity->database(), {point[0], point[1], point[2]}, distance, exact, picker});
+  if (current->on_report) current->on_report();
 }
 
 std::vector<std::uint64_t> PickSystemDouble::handles() const {

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <string>
 #include <utility>
@@ -43,6 +44,7 @@ struct PickSystemDouble {
   std::vector<std::uint64_t> handles(bool nodes) const;
 
   std::vector<Report> reports;
+  std::function<void()> on_report;    ///< called at each report, if set
   std::vector<std::string> questions; ///< names that the filter was asked about
   std::set<std::string> admitted;     ///< what it answers true to
   std::vector<std::pair<std::string, GPicker*>> registered;

@@ -1,3 +1,4 @@
+#include "group/GMeshGroup.h"
 #include "platform/base/GView.h"
 #include "platform/base/MultiCellPicker.h"
 #include "tests/pick/PickerScene.h"
@@ -13,6 +14,8 @@
 
 #include <cmath>
 #include <functional>
+#include <tuple>
+#include <utility>
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -83,6 +86,18 @@ TEST_F(VisibleOnly, GivenHits_WhenReported_ThenTheWholeBufferIsReadOnceBothCorne
   shown({node_at(5, 5), node_at(6, 6)});
   ASSERT_THAT(window_->read, SizeIs(1));
   EXPECT_THAT(window_->read[0], ElementsAre(0, 0, kWidth, kHeight));
+}
+
+TEST_F(VisibleOnly, GivenHits_WhenReported_ThenEachIsLookedUpAndReportedBeforeTheNext) {
+  for (int i = 0; i < 4; ++i)
+    node_at(5 + i, 5, i == 1 ? 2 : 0.5);
+  const Elem quad = mesh_.add_element(Tarn::Quad, {0, 1, 2, 3});
+  test_support::RecordingMeshData db(*mesh_.database);
+  std::vector<std::size_t> asked;
+  system_.on_report = [&] { asked.push_back(db.count("get_node_coordinates")); };
+  report(db, mesh_.nodes, {quad, quad});
+  // Nodes 0, 2 and 3 show; each element has four nodes to look at.
+  EXPECT_THAT(asked, ElementsAre(1, 3, 4, 8, 12));
 }
 
 TEST_F(VisibleOnly, GivenOneHiddenPixel_WhenNodesLieAround_ThenOnlyThoseOnItAreHidden) {
@@ -283,6 +298,54 @@ TEST(VisibleOnlyPick, GivenHitsHandedOverAgain_WhenPickedByARegion_ThenTheBuffer
   picker.compute_pick_by_bounds(view.renderer(), &region, true);
   EXPECT_THAT(window->read, SizeIs(1)) << "not read when all is taken";
   EXPECT_THAT(system.handles(false), SizeIs(6));
+}
+
+// What is kept within a pick must not show: the same reports, in the same order, as without.
+TEST(VisibleOnlyPick, GivenSeveralModels_WhenPickedByARegion_ThenTheReportsAreThoseOfThePlainWalk) {
+  PickSystemDouble system;
+  system.admitted = {"Node", "Edge", "Face"};
+  vtkNew<ScriptedWindow> window;
+  window->SetOffScreenRendering(1);
+  window->SetSize(300, 200);
+  GView view(window);
+  PlanView::look_down(*view.renderer());
+  ShownSheet sheets[] = {ShownSheet(2), ShownSheet(3, -1), ShownSheet(1, 1)};
+  window->depth = [](int x, int y) { return (x / 40 + y / 30) % 3 == 0 ? 0.0F : 1.0F; };
+  GMeshPicker picker;
+  ScriptedRegion region;
+  region.point = [](const double* p) { return p[0] < 120; };
+  region.segment = [](const double* a, const double* b) { return a[0] + b[0] < 250; };
+  region.triangle = [](const double*, const double*, const double*) { return true; };
+  for (const bool visible_only : {true, false}) {
+    system.reports.clear();
+    MultiCellPicker::mSelectVisibleOnly = visible_only;
+    picker.compute_pick_by_bounds(view.renderer(), &region, true);
+    MultiCellPicker::mSelectVisibleOnly = false;
+    const auto kept = std::exchange(system.reports, {});
+
+    vtkNew<vtkMatrix4x4> matrix;
+    matrix->DeepCopy(view.renderer()->GetActiveCamera()->GetCompositeProjectionTransformMatrix(1.5, 0, 1));
+    Nodes nodes;
+    Elems elements;
+    for (ShownSheet& sheet : sheets) {
+      GMeshGroup* group = sheet.model.get_mesh(sheet.mesh.owner);
+      PickInterface plain(sheet.mesh.database.get());
+      plain.setTransform(matrix, window->GetSize(), view.renderer()->GetViewport());
+      GMeshPicker::pick_mesh_by_bounds(plain, group->get_filtered_mesh(), &region, nodes, elements, true);
+      GMeshPicker::process_picks(sheet.mesh.database.get(), nodes, elements, view.renderer(), matrix, visible_only,
+                                 &picker);
+    }
+    ASSERT_EQ(kept.size(), system.reports.size());
+    EXPECT_GT(kept.size(), 30u);
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+      const auto& plain = system.reports[i];
+      EXPECT_EQ(
+          std::tie(kept[i].is_node, kept[i].handle, kept[i].database, kept[i].point, kept[i].distance, kept[i].exact,
+                   kept[i].picker),
+          std::tie(plain.is_node, plain.handle, plain.database, plain.point, plain.distance, plain.exact, plain.picker))
+          << i;
+    }
+  }
 }
 
 } // namespace
