@@ -75,6 +75,25 @@ TEST_F(HighlightChanges, GivenHighlights_WhenTheirOwnerIsDeleted_ThenTheyGoWithI
   highlight.clear();
 }
 
+// What is left of a set is asked for as what is drawn of its owners: not nodes of elements, nor edges of faces.
+TEST_F(HighlightChanges, GivenNodesOfElementsAndEdgesOfFaces_WhenTheirOwnerIsReportedChanged_ThenOnlyElementsStay) {
+  std::vector<Elem> edges(24);
+  Tarn::MeshData::Count count = edges.size();
+  ASSERT_EQ(sheet.database->get_adjacencies(quads()[0], 1, 2, &count, edges.data()), 0);
+  const Node lone = sheet.add_node(9, 9, 9);
+  notify_picked({sheet.nodes[0], lone}, {quads()[0], edges[0]}, true);
+  EXPECT_THAT(highlight.set(0).nodes, SizeIs(2));
+  EXPECT_THAT(highlight.set(0).elements[Tarn::Edge], SizeIs(1));
+  model.update_mesh_modified(sheet.owner);
+  EXPECT_THAT(highlight.set(0).nodes, ElementsAre(lone)) << "drawn in its own right";
+  EXPECT_THAT(highlight.set(0).elements[Tarn::Edge], IsEmpty());
+  EXPECT_THAT(highlight.set(0).elements[Tarn::Quad], ElementsAre(quads()[0]));
+  // The picked set itself still holds them: the next pick brings them back.
+  notify_picked({}, {quads()[1]}, true);
+  EXPECT_THAT(highlight.set(0).nodes, SizeIs(2));
+  EXPECT_THAT(highlight.set(0).elements[Tarn::Edge], SizeIs(1));
+}
+
 TEST_F(HighlightChanges, GivenHighlights_WhenTheirNodesMove_ThenTheyMoveAlong) {
   highlight.highlight_mesh(of_quads({0}));
   highlight.update_parts();

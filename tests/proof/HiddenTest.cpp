@@ -246,4 +246,39 @@ TEST(VisibleOnly, GivenLabelsAllOverTheWindow_WhenARegionIsPicked_ThenTheAnswerI
   EXPECT_NE(picked_names(), alone) << "the labels were not in the way at all";
 }
 
+TEST(VisibleOnly, GivenTheModelsOwnLabels_WhenRegionsArePickedInAnyMode_ThenTheAnswersAreTheSameAsWithout) {
+  const Settings settings;
+  MultiCellPicker::mSelectVisibleOnly = true;
+  Scene scene = crowded_scene();
+  Stage stage(scene);
+  PictureFirst picker;
+  GPickerBase::set_filter({"picture first"});
+  const int font_size = GModel::text_property()->GetFontSize();
+  GModel::text_property()->SetFontSize(40); // as many pixels as a few labels can cover
+  const auto show_labels = [&](OBUtil::LabelType flag) {
+    stage.model().set_node_label_flag(flag);
+    for (unsigned type = Tarn::OneNode; type <= Tarn::Superelement; ++type)
+      stage.model().set_element_label_flag(static_cast<Tarn::ElementType>(type), flag);
+    stage.view(0)->render();
+  };
+  const double low[2] = {20, 20};
+  const double high[2] = {170, 140};
+  PickRectangle box(low, high);
+  for (const OBUtil::RenderMode mode : {OBUtil::Wireframe, OBUtil::HiddenLine, OBUtil::DimmedHiddenLine, OBUtil::Shaded,
+                                        OBUtil::Translucent, OBUtil::SmoothShaded}) {
+    stage.model().set_render_mode(mode);
+    show_labels(OBUtil::NoLabel);
+    picker.draws = false;
+    ASSERT_TRUE(GPickerBase::pick_by_bounds(stage.view(0), box)) << mode;
+    const std::vector<std::string> alone = picked_names();
+    show_labels(OBUtil::LocalId);
+    ASSERT_TRUE(GPickerBase::pick_by_bounds(stage.view(0), box)) << mode;
+    EXPECT_EQ(picked_names(), alone) << mode;
+    picker.draws = true;
+    GPickerBase::pick_by_bounds(stage.view(0), box);
+    EXPECT_NE(picked_names(), alone) << "in mode " << mode << " the labels were not in the way at all";
+  }
+  GModel::text_property()->SetFontSize(font_size);
+}
+
 } // namespace
