@@ -34,6 +34,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 
 // One pick, end to end; which entities of a mesh are candidates is in GMeshPickerCandidates.cpp.
 
@@ -170,8 +171,8 @@ public:
   }
   ~RegionRecords() {
     for (const auto* lists : {&nodes_, &elements_})
-      for (const auto& [db, records] : *lists)
-        for (GPicked::PickedEntity* record : records)
+      for (const auto& [db, known] : *lists)
+        for (const auto& [handle, record] : known.records)
           if (record) record->Delete();
   }
   RegionRecords(const RegionRecords&) = delete;
@@ -183,23 +184,26 @@ public:
   }
 
 private:
-  // One record for each entity, null for those that do not show.
-  using Records = std::vector<GPicked::PickedEntity*>;
+  struct Known {
+    std::unordered_map<std::uint64_t, GPicked::PickedEntity*> records; // by handle; null for entities that do not show
+    std::vector<GPicked::PickedEntity*> of_hits;                       // groups share nodes and edges
+  };
 
   template <class Record, class H>
-  void report_list(Tarn::MeshData* db, const std::vector<H>& entities, Records& records, GPicker* picker) {
+  void report_list(Tarn::MeshData* db, const std::vector<H>& entities, Known& known, GPicker* picker) {
     constexpr float origin[3] = {0.0F, 0.0F, 0.0F};
-    for (std::size_t i = records.size(); i < entities.size(); ++i) {
-      records.push_back(nullptr); // room first, so that no record is lost
-      if (!depth_ || depth_->is_visible(db, entities[i])) records.back() = Record::New(entities[i], db);
+    for (std::size_t i = known.of_hits.size(); i < entities.size(); ++i) {
+      const auto [found, is_new] = known.records.emplace(entities[i].value, nullptr);
+      if (is_new && (!depth_ || depth_->is_visible(db, entities[i]))) found->second = Record::New(entities[i], db);
+      known.of_hits.push_back(found->second);
     }
-    for (GPicked::PickedEntity* record : records)
+    for (GPicked::PickedEntity* record : known.of_hits)
       if (record) picker->add_to_selection_buffer(record, origin, 0.0F, true);
   }
 
   std::unique_ptr<DepthBuffer> depth_;
-  std::map<Tarn::MeshData*, Records> nodes_;
-  std::map<Tarn::MeshData*, Records> elements_;
+  std::map<Tarn::MeshData*, Known> nodes_;
+  std::map<Tarn::MeshData*, Known> elements_;
 };
 
 } // namespace

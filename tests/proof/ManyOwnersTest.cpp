@@ -109,6 +109,21 @@ void pick_anyhow(GView* view) {
   MultiCellPicker::mSelectVisibleOnly = false;
 }
 
+// To look an entity up is to ask for its kind, and so its database.
+TEST_F(ManyOwners, GivenNodesAndEdgesThatOwnersShare_WhenHandedOverAgain_ThenTheyAreNotLookedUpAgain) {
+  const double low[2] = {0, 0};
+  const double high[2] = {300, 200};
+  PickRectangle everything(low, high);
+  GPickerBase::set_filter({"Node", "Edge", "Face"});
+  recording_->forget_calls();
+  ASSERT_TRUE(GPickerBase::pick_by_bounds(view_.get(), everything));
+  // 31 edges and 10 faces an owner, of which 19 times 10 edges are the neighbour's too. New ones are asked a little
+  // more.
+  constexpr std::size_t hits = owner_count * (31 + 10);
+  constexpr std::size_t entities = hits - (owner_count - 1) * 10;
+  EXPECT_LE(recording_->count("get_element_type"), hits + 2 * entities);
+}
+
 TEST_F(ManyOwners, GivenAWindowThatWasNeverDrawn_WhenPicked_ThenNothingIsHitAndNothingHappens) {
   vtkNew<vtkRenderWindow> window;
   window->SetOffScreenRendering(1);

@@ -64,20 +64,26 @@ public:
   const PickHit* find(const EntityIdentity& identity) const;
 
 private:
-  // What a report is held against, close together in memory. Region picks report everything found so far again with
-  // each group, the same records in the same order: `next` is where the following report went last time.
+  // What a report is held against, close together in memory.
   struct Seen {
     const GPicked::PickedEntity* record; // held by the hit
-    std::uint32_t next;
     float distance;
     bool exact;
   };
+  // Region picks report everything found so far again with each group, the same records in the same order with new ones
+  // between. The steps are a ring of what was reported: each expects the next.
+  struct Step {
+    std::uint32_t place;
+    std::uint32_t next;
+  };
 
+  std::size_t follow(const GPicked::PickedEntity& entity, const float* point, float distance, bool exact);
   std::size_t place_of(const GPicked::PickedEntity& entity, const float* point, float distance, bool exact);
 
   std::vector<PickHit> hits_;
   std::vector<Seen> seen_; // parallel to `hits_`
-  std::size_t last_ = 0;   // the place of the last report
+  std::vector<Step> steps_;
+  std::uint32_t last_ = 0; // the step of the last report
   std::unordered_map<EntityIdentity, std::size_t, EntityIdentityHash> place_of_;
   GPicker* picker_ = nullptr;
 };
