@@ -3,6 +3,7 @@
 #include "platform/base/PickRectangle.h"
 #include "platform/base/PickedEntity.h"
 #include "tests/proof/Dice.h"
+#include "tests/proof/PickSettings.h"
 #include "tests/proof/Scene.h"
 
 #include <gtest/gtest.h>
@@ -29,21 +30,6 @@ constexpr int rounds = 150;
 const std::vector<std::string> thirteen_names = {
     "Hex", "Tet",  "Pyramid", "Wedge",           "Knife",         "Superelement", "Face",
     "Tri", "Edge", "Node",    "ThreeDimElement", "TwoDimElement", "Element"};
-
-/// The defaults come back at the end of a test.
-class Settings {
-public:
-  ~Settings() {
-    GPickerBase::set_filter(filter_);
-    MultiCellPicker::mSelectVisibleOnly = false;
-    MultiCellPicker::mBoxPickAcceptPartialCells = true;
-    MultiCellPicker::SetPickToleranceByWindowDiagonal(tolerance_);
-  }
-
-private:
-  std::vector<std::string> filter_ = GPickerBase::filter();
-  double tolerance_ = MultiCellPicker::PickToleranceByWindowDiagonal();
-};
 
 /// Every kind of entity in five owners: mixed solids in three, shells and beams on them in two more, one-node elements,
 /// superelements and lone nodes among them.
@@ -122,7 +108,7 @@ std::vector<std::string> some_names(Dice& dice) {
 }
 
 TEST(HiddenAndClipped, GivenRandomOwnersHiddenAndPlanes_WhenPickedAnyhow_ThenNoRecordIsOfWhatIsNotShown) {
-  const Settings settings;
+  const PickSettings settings;
   Dice dice(21);
   Scene scene = crowded_scene();
   Stage stage(scene);
@@ -224,7 +210,7 @@ std::vector<std::string> picked_names() {
 }
 
 TEST(VisibleOnly, GivenLabelsAllOverTheWindow_WhenARegionIsPicked_ThenTheAnswerIsTheSameAsWithout) {
-  const Settings settings;
+  const PickSettings settings;
   MultiCellPicker::mSelectVisibleOnly = true;
   Scene scene = crowded_scene();
   Stage stage(scene);

@@ -5,6 +5,7 @@
 #include "platform/base/PickRectangle.h"
 #include "platform/base/PickedEntity.h"
 #include "tests/proof/Dice.h"
+#include "tests/proof/PickSettings.h"
 #include "tests/proof/RegionOracle.h"
 
 #include <gtest/gtest.h>
@@ -26,19 +27,6 @@ constexpr int rounds = 1;
 #else
 constexpr int rounds = 12;
 #endif
-
-/// Keeps the settings of picking for the length of a test.
-class RegionSettings {
-public:
-  ~RegionSettings() {
-    GPickerBase::set_filter(filter_);
-    MultiCellPicker::mSelectVisibleOnly = false;
-    MultiCellPicker::mBoxPickAcceptPartialCells = true;
-  }
-
-private:
-  std::vector<std::string> filter_ = GPickerBase::filter();
-};
 
 Look random_look(Dice& dice, const Look& in) {
   Look look = in;
@@ -170,7 +158,7 @@ std::size_t size(const Entities& entities) {
 }
 
 TEST(RegionPick, GivenRandomRegions_WhenPickedThrough_ThenEveryEntityIsJudgedAsByBruteForce) {
-  const RegionSettings settings;
+  const PickSettings settings;
   Dice dice(11);
   std::size_t picked = 0;
   int regions = 0;
@@ -249,7 +237,7 @@ Region whole_view(const Scene& scene, const Look& look) {
 }
 
 TEST(RegionPick, GivenRandomRegions_WhenOnlyTheVisibleIsPicked_ThenEveryEntityIsJudgedByTheRule) {
-  const RegionSettings settings;
+  const PickSettings settings;
   Dice dice(12);
   Rates in_regions;
   Rates in_views;

@@ -1,6 +1,7 @@
 #include "platform/base/GPickerBase.h"
 #include "platform/base/MultiCellPicker.h"
 #include "platform/base/PickedEntity.h"
+#include "tests/proof/PickSettings.h"
 #include "tests/proof/Scene.h"
 
 #include <gtest/gtest.h>
@@ -46,32 +47,18 @@ const char* const verdict_names[] = {"same element",    "both empty",     "on a 
                                      "beside the mesh", "beside its dot", "UNEXPLAINED"};
 using Counts = std::array<long, VerdictCount>;
 
-/// Sets pick filter and tolerance, and puts both back.
-class PickSettings {
-public:
-  PickSettings() { GPickerBase::set_filter(all_but_nodes_and_edges); }
-  ~PickSettings() {
-    GPickerBase::set_filter(filter_);
-    MultiCellPicker::SetPickToleranceByWindowDiagonal(tolerance_);
-  }
-  /// Gives the tolerance in pixels, as the next one does.
-  double use_default_tolerance(vtkRenderer* renderer) const {
-    MultiCellPicker::SetPickToleranceByWindowDiagonal(tolerance_);
-    return tolerance_ * half_diagonal(renderer);
-  }
-  static double use_tolerance(double pixels, vtkRenderer* renderer) {
-    MultiCellPicker::SetPickToleranceByWindowDiagonal(pixels / half_diagonal(renderer));
-    return pixels;
-  }
+double half_diagonal(vtkRenderer* renderer) { return 0.5 * std::hypot(renderer->GetSize()[0], renderer->GetSize()[1]); }
 
-private:
-  static double half_diagonal(vtkRenderer* renderer) {
-    return 0.5 * std::hypot(renderer->GetSize()[0], renderer->GetSize()[1]);
-  }
+/// Sets the tolerance; gives it in pixels, as the next one does.
+double use_tolerance(double pixels, vtkRenderer* renderer) {
+  MultiCellPicker::SetPickToleranceByWindowDiagonal(pixels / half_diagonal(renderer));
+  return pixels;
+}
 
-  std::vector<std::string> filter_ = GPickerBase::filter();
-  double tolerance_ = MultiCellPicker::PickToleranceByWindowDiagonal();
-};
+double use_default_tolerance(const PickSettings& settings, vtkRenderer* renderer) {
+  MultiCellPicker::SetPickToleranceByWindowDiagonal(settings.tolerance());
+  return settings.tolerance() * half_diagonal(renderer);
+}
 
 // Where in its pixel a pick is made, across and up: a cursor has whole coordinates, which are the pixel's corner.
 constexpr float middle = 0.5F;
@@ -175,14 +162,15 @@ void print(const std::string& title, const Counts& counts) {
 
 // Judges the pixels of every scene, prints the table and gives the sums.
 Counts judge_all(const std::string& title, int of, float place, double dot_size, bool eight,
-                 const std::function<double(PickSettings&, vtkRenderer*)>& set_tolerance) {
+                 const std::function<double(const PickSettings&, vtkRenderer*)>& set_tolerance) {
   Counts total{};
   std::printf("%-44s", title.c_str());
   for (const char* name : verdict_names)
     std::printf(" | %s", name);
   std::printf("\n");
   for (Scene& scene : all_scenes()) {
-    PickSettings settings;
+    const PickSettings settings;
+    GPickerBase::set_filter(all_but_nodes_and_edges);
     Stage stage(scene);
     Counts counts{};
     for (std::size_t i = 0; i < stage.view_count(); ++i) {
@@ -209,7 +197,7 @@ Counts judge_all(const std::string& title, int of, float place, double dot_size,
 TEST(Winner, GivenAQuarterOfAPixel_WhenEveryPixelIsPicked_ThenOnlyBoundariesAndCurvedFacesDiffer) {
   const Counts counts =
       judge_all("tolerance 0.25 pixels", kept_of, middle, 1, true,
-                [](PickSettings&, vtkRenderer* renderer) { return PickSettings::use_tolerance(0.25, renderer); });
+                [](const PickSettings&, vtkRenderer* renderer) { return use_tolerance(0.25, renderer); });
   EXPECT_GE(sum(counts), kept_of == 1 ? pixels_wanted : pixels_wanted / kept_of / 2);
   EXPECT_EQ(counts[BesideMesh], 0);
   EXPECT_EQ(counts[BesideDot], 0);
@@ -219,24 +207,21 @@ TEST(Winner, GivenAQuarterOfAPixel_WhenEveryPixelIsPicked_ThenOnlyBoundariesAndC
 TEST(Winner, GivenWholeCoordinates_WhenPixelsArePicked_ThenOnlyBoundariesAndCurvedFacesDiffer) {
   const Counts counts =
       judge_all("tolerance 0.25 pixels, in the corner", 8 * kept_of, corner, 1, true,
-                [](PickSettings&, vtkRenderer* renderer) { return PickSettings::use_tolerance(0.25, renderer); });
+                [](const PickSettings&, vtkRenderer* renderer) { return use_tolerance(0.25, renderer); });
   EXPECT_EQ(counts[BesideMesh], 0);
   EXPECT_EQ(counts[BesideDot], 0);
   EXPECT_EQ(counts[Unexplained], 0);
 }
 
 TEST(Winner, GivenTheDefaultTolerance_WhenPixelsArePicked_ThenTheDrawnElementWinsWithinItsFace) {
-  const Counts counts =
-      judge_all("default tolerance", 2 * kept_of, middle, 1, false,
-                [](PickSettings& settings, vtkRenderer* renderer) { return settings.use_default_tolerance(renderer); });
+  const Counts counts = judge_all("default tolerance", 2 * kept_of, middle, 1, false, use_default_tolerance);
   EXPECT_EQ(counts[Unexplained], 0);
 }
 
 TEST(Winner, GivenTheToleranceOfAUsualWindow_WhenPixelsArePicked_ThenTheDrawnElementWinsWithinItsFace) {
   const Counts counts =
-      judge_all("tolerance 3.67 pixels", 8 * kept_of, middle, 6, false, [](PickSettings&, vtkRenderer* renderer) {
-        return PickSettings::use_tolerance(usual_pixels, renderer);
-      });
+      judge_all("tolerance 3.67 pixels", 8 * kept_of, middle, 6, false,
+                [](const PickSettings&, vtkRenderer* renderer) { return use_tolerance(usual_pixels, renderer); });
   EXPECT_EQ(counts[Unexplained], 0);
 }
 
