@@ -1,6 +1,13 @@
 // The recipes of docs/host-guide.md, each with what goes wrong without it.
 #include <orbel_mesh/group/GMeshGroup.h>
+#include <orbel_mesh/highlight/GMeshHighlight.h>
+#include <orbel_mesh/highlight/GMeshHighlightProperties.h>
 #include <orbel_mesh/model/GMeshModel.h>
+#include <orbel_mesh/pick/GMeshPicker.h>
+#include <orbel_mesh/platform/base/GPickerBase.h>
+#include <orbel_mesh/platform/base/GView.h>
+#include <orbel_mesh/platform/base/PickedEntity.h>
+#include <orbel_mesh/platform/util/TovanColorTable.h>
 #include <orbel_mesh/reference/tarn/MeshDatabase.h>
 
 #include <gtest/gtest.h>
@@ -10,6 +17,8 @@
 #include <vtkNew.h>
 #include <vtkPlane.h>
 #include <vtkPolyData.h>
+#include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
 #include <vtkUnsignedCharArray.h>
 #include <vtkUnstructuredGrid.h>
 
@@ -208,6 +217,64 @@ TEST_F(HostRecipes, GivenADeletedOwner_WhenRemoved_ThenNothingIsDrawn) {
   model_.remove_mesh(owner_);
   EXPECT_EQ(model_.get_mesh(owner_), nullptr);
   EXPECT_EQ(model_.shown_faces(), 0);
+}
+
+// The three cubes seen from the front, and highlights in the colour table's colour.
+class HighlightRecipes : public HostRecipes {
+protected:
+  HighlightRecipes() : highlight_(&model_, &look_) {
+    window_->OffScreenRenderingOn();
+    window_->SetSize(300, 300);
+    view_ = std::make_unique<GView>(window_);
+    view_->render();
+    view_->renderer()->ResetCamera();
+    view_->render();
+    EXPECT_EQ(highlighted_pixels(), 0);
+  }
+
+  int highlighted_pixels() {
+    const TovanColor color = TovanColorTable::get_highlight_color();
+    vtkNew<vtkUnsignedCharArray> pixels;
+    window_->GetPixelData(0, 0, 299, 299, 1, pixels);
+    int count = 0;
+    for (vtkIdType p = 0; p < pixels->GetNumberOfTuples(); ++p) {
+      const unsigned char* at = pixels->GetPointer(3 * p);
+      count += Rgb{at[0], at[1], at[2]} == Rgb{color.r, color.g, color.b};
+    }
+    return count;
+  }
+
+  vtkNew<vtkRenderWindow> window_;
+  std::unique_ptr<GView> view_;
+  GMeshHighlightProperties look_;
+  GMeshHighlight highlight_;
+};
+
+TEST_F(HighlightRecipes, GivenAPickerAndAnObservingHighlight_WhenPicked_ThenTheElementIsToldAndDrawn) {
+  GMeshPicker picker;
+  highlight_.observe_selections(true);
+  GPickerBase::set_filter({GMeshPicker::gHexType});
+  EXPECT_TRUE(GPickerBase::pick(view_.get(), 150, 150));
+  ASSERT_EQ(GPickerBase::picked().size(), 1U);
+  EXPECT_STREQ(GPickerBase::picked()[0].entity()->type(), "Hex");
+  EXPECT_EQ(GPickerBase::picked()[0].entity()->id(), 2);
+  view_->render();
+  EXPECT_GT(highlighted_pixels(), 20);
+  EXPECT_FALSE(GPickerBase::pick(view_.get(), 150, 290));
+  EXPECT_TRUE(GPickerBase::picked().empty());
+  view_->render();
+  EXPECT_EQ(highlighted_pixels(), 0);
+}
+
+TEST_F(HighlightRecipes, GivenEntities_WhenHighlightedAndTakenOut_ThenTheyAreDrawnInBetween) {
+  MeshVector mesh;
+  mesh.elements[Tarn::Hex] = {database_.elements(Tarn::Hex)[1]};
+  highlight_.highlight_mesh(mesh);
+  view_->render();
+  EXPECT_GT(highlighted_pixels(), 20);
+  highlight_.unhighlight_mesh(mesh);
+  view_->render();
+  EXPECT_EQ(highlighted_pixels(), 0);
 }
 
 } // namespace
