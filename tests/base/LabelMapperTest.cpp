@@ -273,6 +273,8 @@ TEST_F(LabelMapper, GivenAnyColor_WhenDrawn_ThenTextsAreFilledWithItOnARimThatCo
   };
   const Row rows[] = {{"bright", TovanColor(250, 240, 80), {250, 240, 80}, {0, 0, 0}},
                       {"dark", TovanColor(40, 0, 60), {40, 0, 60}, {255, 255, 255}},
+                      {"rather bright", TovanColor(150, 135, 90), {150, 135, 90}, {0, 0, 0}},
+                      {"rather dark", TovanColor(120, 105, 150), {120, 105, 150}, {255, 255, 255}},
                       {"none given", TovanColor(), {250, 120, 0}, {0, 0, 0}}};
   vtkTextProperty* style = labels.style;
   style->SetFontSize(30);

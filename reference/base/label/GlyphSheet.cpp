@@ -18,8 +18,8 @@ constexpr std::size_t kNumbers = 10 + 100 + 1000;
 constexpr double kRimOpacity = 0.85;
 constexpr std::size_t kMostCoverage = std::size_t{64} << 20;
 constexpr std::size_t kMostTints = 64;
-// Darker texts would drown in a black rim.
-constexpr int kDark = 80;
+// Where black and white contrast with a text alike: texts darker than that would drown in a black rim.
+constexpr int kDark = 117;
 
 bool is_dark(TovanColor color) { return (299 * color.r + 587 * color.g + 114 * color.b) / 1000 < kDark; }
 
