@@ -183,7 +183,9 @@ int main(int argc, char** argv) {
   if (line.ending) {
     std::cout << line.ending->output << std::flush;
     std::cerr << line.ending->error;
-    return std::cout ? line.ending->status : CouldNot;
+    if (std::cout) return line.ending->status;
+    std::cerr << "orbel_view: cannot write to standard output\n";
+    return CouldNot;
   }
   catch_library_messages(line.options.verbose);
   return run_or_say_why(line.options);

@@ -101,6 +101,14 @@ TEST_F(Failures, GivenAPicturePathThatTakesNoFile_WhenDrawing_ThenOneLineSaysWhy
               testing::StartsWith("orbel_view: cannot write /proc/self/a.png: "));
 }
 
+TEST_F(Failures, GivenAFullStandardOutput_WhenWriting_ThenOneLineSaysSo) {
+  const std::string program = ORBEL_VIEW_PROGRAM;
+  for (const std::string& arguments :
+       {std::string("--help"), std::string("--version"), "--info " + mesh("four_kinds.e")})
+    EXPECT_EQ(run_and_read(program + " " + arguments + " 2>&1 >/dev/full; echo $?"),
+              "orbel_view: cannot write to standard output\n1\n");
+}
+
 TEST_F(Failures, GivenAnUnknownOwner_WhenAskedFor_ThenOneLineListsTheNearestNames) {
   for (const char* option : {"--hide=", "--show=", "--only="}) {
     const Outcome run = run_orbel_view({"--info", option + std::string("nobody"), mesh("four_kinds.e")});
