@@ -254,4 +254,15 @@ const char* render_mode_name(OBUtil::RenderMode mode) { return name_of(mode, ren
 
 const char* view_name(ViewFrom view) { return name_of(view, views); }
 
+std::string clip_text(const ClipPlane& plane) {
+  std::string text;
+  for (const double value : {plane.normal[0], plane.normal[1], plane.normal[2], plane.distance}) {
+    char digits[32];
+    // The sum takes the sign from a zero.
+    const auto end = std::to_chars(digits, digits + sizeof digits, value + 0.0, std::chars_format::general, 9).ptr;
+    text.append(text.empty() ? "" : ",").append(digits, end);
+  }
+  return text;
+}
+
 } // namespace viewer

@@ -50,5 +50,7 @@ std::string parse_picture_path(const std::string& text);
 const char* render_mode_name(OBUtil::RenderMode mode);
 /// The text that `parse_view` takes for the direction.
 const char* view_name(ViewFrom view);
+/// The text that `parse_clip` takes for the plane, to nine digits.
+std::string clip_text(const ClipPlane& plane);
 
 } // namespace viewer

@@ -165,11 +165,7 @@ void ViewerWindow::change_display(const Change& change) {
 void ViewerWindow::apply_clip() {
   change_display([&](DisplayOptions& display) {
     display.clip = clip_.plane();
-    if (!display.clip) return std::string("clip off");
-    std::string text = "clip: keep n.x >= " + std::to_string(display.clip->distance) + ", n =";
-    for (const double component : display.clip->normal)
-      text += " " + std::to_string(component);
-    return text;
+    return display.clip ? "--clip=" + clip_text(*display.clip) : "clip off";
   });
 }
 

@@ -63,6 +63,17 @@ TEST(OptionValues, GivenClipPlanes_WhenParsed_ThenNormalAndDistance) {
     EXPECT_NE(complaint([](auto& t) { return parse_clip(t); }, text), "") << text;
 }
 
+TEST(OptionValues, GivenAClippingPlane_WhenWritten_ThenTheShortTextThatIsParsedToIt) {
+  const std::pair<ClipPlane, const char*> rows[] = {{{{1, 0, 0}, -0.25}, "1,0,0,-0.25"},
+                                                    {{{0, -1, 0}, 0.1 + 0.2}, "0,-1,0,0.3"},
+                                                    {{{0, -0.0, 1}, 1.5e12}, "0,0,1,1.5e+12"}};
+  for (const auto& [plane, text] : rows) {
+    EXPECT_EQ(clip_text(plane), text);
+    EXPECT_EQ(parse_clip(text).normal, plane.normal);
+    EXPECT_DOUBLE_EQ(parse_clip(text).distance, plane.distance);
+  }
+}
+
 TEST(OptionValues, GivenNamesOfModes_WhenParsed_ThenTheBaseModes) {
   EXPECT_EQ(parse_render_mode("wireframe"), OBUtil::Wireframe);
   EXPECT_EQ(parse_render_mode("hidden-line"), OBUtil::HiddenLine);
