@@ -23,8 +23,10 @@ Owners are the blocks, sets, zones, parts or geometry entities of a file; --info
 together, their owners named file/owner. Owners that lie wholly on elements of a higher dimension (side sets, boundary
 surfaces) start hidden.
 
-Picking: a record has kind (Node or Element), type, id, global_id, handle, owner, distance (smaller is nearer), exact
-(hit, not only nearly) and point (null for regions). The same pick prints the same bytes every time. Names for --filter:
+Picking: a record has kind (Node or Element), type, id, global_id, handle, owner (null for edges of faces and solids),
+distance (smaller is nearer), exact (hit, not only nearly) and point (null for regions). Where a file has edge elements,
+edges of faces and solids are picked too; --filter=Hex and so on keeps them out. The same pick prints the same bytes
+every time. Names for --filter:
 Hex, Tet, Pyramid, Wedge, Knife, Superelement, Face (quadrilaterals), Tri, Edge, Node, ThreeDimElement, TwoDimElement,
 and Element: nodes stand for their own elements, and only elements with a global id count. KIND for --select and
 --labels: node, edge, tri, quad, tet, hex, wedge, pyramid, superelement, or element for any; plurals do as well.
