@@ -233,7 +233,7 @@ TEST(VisibleOnly, GivenLabelsAllOverTheWindow_WhenARegionIsPicked_ThenTheAnswerI
 }
 
 TEST(VisibleOnly, GivenTheModelsOwnLabels_WhenRegionsArePickedInAnyMode_ThenTheAnswersAreTheSameAsWithout) {
-  const Settings settings;
+  const PickSettings settings;
   MultiCellPicker::mSelectVisibleOnly = true;
   Scene scene = crowded_scene();
   Stage stage(scene);
