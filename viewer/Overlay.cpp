@@ -115,7 +115,9 @@ void Overlay::lay_out_help(double scale) {
     for (const std::string& part : wrapped(line, columns_in(wide, text), help_indent_))
       all.push_back(part);
   lines = static_cast<int>(all.size());
-  const int room = std::max(1, static_cast<int>(high / line_height(text)) - 2);
+  int room = std::max(1, static_cast<int>(high / line_height(text)) - 2);
+  // The last line of each page tells of the others.
+  if (lines > room) room = std::max(1, room - 1);
   help_pages_ = (lines + room - 1) / room;
   help_page_ = std::min(help_page_, help_pages_);
   if (help_page_ == 0) return;
@@ -124,6 +126,9 @@ void Overlay::lay_out_help(double scale) {
   const int first = (help_page_ - 1) * room;
   for (int i = first; i < std::min(first + room, lines); ++i)
     page += all[i] + "\n";
+  if (help_pages_ > 1)
+    page += "  H: " + std::string(help_page_ < help_pages_ ? "next page" : "close") + " (" +
+            std::to_string(help_page_) + " of " + std::to_string(help_pages_) + ")\n";
   put(help_, page, 0, size[1] / 2.0, text);
   double drawn[2];
   help_->GetSize(renderer_, drawn);
