@@ -31,6 +31,7 @@ void ViewerStyle::OnLeftButtonDown() {
   if (this->CurrentRenderer == nullptr) return;
   this->GrabFocus(this->EventCallbackCommand);
   pressed_at_ = at;
+  pressed_soon_again_ = this->Interactor->GetRepeatCount() > 0;
   press_ = handler_ != nullptr && handler_->press(at) ? Press::Handler : Press::Undecided;
 }
 
@@ -111,10 +112,13 @@ void ViewerStyle::begin_camera_drag() {
   this->Interactor->SetLastEventPosition(pressed_at_.x, pressed_at_.y);
 }
 
-// The display counts clicks as one after the other wherever they are.
+// The display counts presses that soon follow one another, by the time at which they were made, so that a slow pick of
+// the first does not hide the second; but it counts them wherever they are, wheel included, and takes the last of three
+// for a first. So both clocks are asked.
 bool ViewerStyle::is_second_click(const MouseState& at) {
   const double now = seconds_now();
-  const bool second = clicked_when_ >= 0 && now - clicked_when_ < double_click_s && is_near(at, clicked_at_);
+  const bool soon = pressed_soon_again_ || now - clicked_when_ < double_click_s;
+  const bool second = clicked_when_ >= 0 && soon && is_near(at, clicked_at_);
   clicked_at_ = at;
   clicked_when_ = second ? -1 : now;
   return second;

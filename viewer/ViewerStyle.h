@@ -44,8 +44,9 @@ private:
   InputHandler* handler_ = nullptr;
   Press press_ = Press::None;
   MouseState pressed_at_;
+  bool pressed_soon_again_ = false;
   MouseState clicked_at_;
-  double clicked_when_ = -1; // seconds; negative for never
+  double clicked_when_ = -1; // seconds; negative for never, or as the second of two
 };
 
 } // namespace viewer

@@ -118,18 +118,24 @@ void Desktop::drag(int button, int x0, int y0, int x1, int y1, const std::string
 
 void Desktop::move_to(int x, int y) { xdotool(at(x, y)); }
 
-void Desktop::click(int x, int y, const std::string& modifier) {
+// Two clicks at one place are to be two, not a double one.
+void Desktop::wait_after_click_at(int x, int y) {
   const double left = last_click_ + between_clicks - seconds();
   const bool same_place = std::exchange(last_place_, {x, y}) == std::pair(x, y);
   if (same_place && left > 0) usleep(static_cast<useconds_t>(left * 1e6));
+}
+
+void Desktop::click(int x, int y, const std::string& modifier) {
+  wait_after_click_at(x, y);
   xdotool(at(x, y) + (modifier.empty() ? "" : " keydown " + modifier) + " click 1" +
           (modifier.empty() ? "" : " keyup " + modifier));
   last_click_ = seconds();
 }
 
 void Desktop::double_click(int x, int y) {
-  click(x, y);
-  xdotool("click 1");
+  wait_after_click_at(x, y);
+  xdotool(at(x, y) + " click --repeat 2 --delay 50 1");
+  last_click_ = seconds();
 }
 
 void Desktop::press_button(int x, int y) { xdotool(at(x, y) + " mousedown 1"); }

@@ -58,6 +58,7 @@ public:
   Pixels look_until(const std::function<bool(const Pixels&)>& condition);
 
 private:
+  void wait_after_click_at(int x, int y);
   std::string at(int x, int y) const;
   std::vector<std::string> lines() const;
   Pixels grab() const;
