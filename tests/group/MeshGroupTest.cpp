@@ -212,6 +212,18 @@ TEST_F(MeshGroup, GivenARegisteredGroup_WhenItStopsObserving_ThenItStaysRegister
   model->update_mesh_modified(mesh.owner); // must not reach the dead group
 }
 
+TEST_F(MeshGroup, GivenASetWithoutOwner_WhenSetAgainNotObserving_ThenTheOwnersOfBeforeCountNoMore) {
+  use(two_hexes());
+  group->set_mesh(nullptr, mesh.mesh, model.get());
+  group->notify_mesh_modified();
+  EXPECT_FALSE(group->get_mesh().empty()) << "its owner has it all";
+  group->set_dont_observe();
+  group->set_mesh(nullptr, mesh.mesh, model.get());
+  EXPECT_FALSE(group->get_mesh().empty());
+  group->notify_mesh_modified();
+  EXPECT_TRUE(group->get_mesh().empty()) << "without owners nothing is left of a set";
+}
+
 TEST_F(MeshGroup, GivenARegisteredGroup_WhenItDies_ThenTheRegistryForgetsIt) {
   use(two_hexes());
   MeshVector set = mesh.mesh;

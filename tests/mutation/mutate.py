@@ -45,6 +45,8 @@ OPERATORS = [
     (r"\bcontinue;", ["break;"]),
 ]
 CONSTANT = re.compile(r"(?<![\w.\"])(\d+)(?![\w.\"])")
+# `double point[3]`: an array that is declared larger is one nobody can tell.
+EXTENT = re.compile(r"(?:[\w>&*] +\w+|^\s*(?:const |constexpr )?[\w:<>]+ +\w[^=()]*, \w+)\[$")
 CALL = re.compile(r"^\s+[\w:>().\-\[\]*]+\(.*\);\s*$")
 
 
@@ -64,7 +66,8 @@ def mutations_of(lines, number):
                 new = line[: match.start()] + text + line[match.end() :]
                 found.append((f"`{match.group().strip()}` to `{text.strip()}`", {number: new}))
     for match in CONSTANT.finditer(code):
-        if code[: match.start()].count('"') % 2:
+        before = code[: match.start()]
+        if before.count('"') % 2 or (EXTENT.search(before) and not re.search(r"\breturn \w+\[$", before)):
             continue
         value = int(match.group(1))
         new = line[: match.start()] + str(value + 1) + line[match.end() :]
