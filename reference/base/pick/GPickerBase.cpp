@@ -236,13 +236,14 @@ bool GPickerBase::hover(GView* view, float x, float y) {
 
 bool GPickerBase::next_possible_selection() {
   SelectionList& possible = state().possible;
-  const std::vector<PickHit>& hits = possible.hits();
-  if (hits.size() < 2) return false;
-  const std::size_t place = possible.place() % hits.size();
-  const EntityIdentity before = hits[place].identity;
-  possible.go_to((place + 1) % hits.size());
-  const PickHit next = hits[possible.place()]; // a copy: observers may change the list
-  state().remove_from_picked([&before](const PickHit& hit) { return hit.identity == before; });
+  // Copies: observers may change the list.
+  std::vector<PickHit> before;
+  if (const PickHit* standing = possible.standing()) before.push_back(*standing);
+  if (possible.hits().size() <= before.size()) return false;
+  possible.step();
+  const PickHit next = *possible.standing();
+  state().remove_from_picked(
+      [&before](const PickHit& hit) { return !before.empty() && hit.identity == before.front().identity; });
   state().add_to_picked({next});
   return true;
 }

@@ -37,6 +37,7 @@ void SelectionList::clear() {
   gone_.clear();
   places_.clear();
   place_ = 0;
+  left_ = false;
 }
 
 const std::vector<EntitySelection>& SelectionList::entries() const {
@@ -49,14 +50,16 @@ const std::vector<PickHit>& SelectionList::hits() const {
   return hits_;
 }
 
-std::size_t SelectionList::place() const {
+const PickHit* SelectionList::standing() const {
   close_up();
-  return place_;
+  return left_ || hits_.empty() ? nullptr : &hits_[place_];
 }
 
-void SelectionList::go_to(std::size_t place) {
+void SelectionList::step() {
   close_up();
-  place_ = place;
+  if (!left_) ++place_;
+  left_ = false;
+  if (place_ >= hits_.size()) place_ = 0;
 }
 
 void SelectionList::close_up() const {
@@ -66,6 +69,7 @@ void SelectionList::close_up() const {
   for (std::size_t i = 0; i < hits_.size(); ++i) {
     if (gone_[i]) {
       if (i < place_) --place;
+      if (i == place_) left_ = true;
       continue;
     }
     if (kept != i) {

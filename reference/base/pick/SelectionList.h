@@ -27,11 +27,10 @@ public:
   /// The selections with what is known of them.
   const std::vector<PickHit>& hits() const;
 
-  /// Where the walk stands, at first at the beginning. It stays at its entry when others go, at the next when that
-  /// goes.
-  std::size_t place() const;
-  /// Moves the walk to the entry at `place`.
-  void go_to(std::size_t place);
+  /// The entry where the walk stands, at first the first; null when that has been taken out, or there is none.
+  const PickHit* standing() const;
+  /// Moves the walk to the next entry, the first after the last. Nothing in an empty list.
+  void step();
 
 private:
   void close_up() const;
@@ -40,6 +39,7 @@ private:
   mutable std::vector<EntitySelection> entries_;
   mutable std::vector<PickHit> hits_;
   mutable std::size_t place_ = 0;
+  mutable bool left_ = false;      // the entry where the walk stood is gone; `place_` is the next one's
   mutable std::vector<char> gone_; // parallel, or empty: none is gone
   mutable std::unordered_map<EntityIdentity, std::size_t, EntityIdentityHash> places_; // made for the first that goes
 };
