@@ -23,6 +23,13 @@ public:
     if (is_new) entry = base_ + ++count_;
     return entry - base_ - 1;
   }
+  /// Begins to fetch the entry of a node that is asked for soon: on a skin the next node is often far from the last.
+  void prefetch(std::uint32_t node_id) const {
+    const std::unique_ptr<Directory>& directory = top_[node_id >> 22];
+    if (!directory) return;
+    const std::unique_ptr<Page>& page = (*directory)[(node_id >> 12) & (directory_size - 1)];
+    if (page) __builtin_prefetch(page->data() + (node_id & (page_size - 1)), 1);
+  }
   /// How many points there are.
   std::uint32_t size() const { return count_; }
   /// How many pages there are.

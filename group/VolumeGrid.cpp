@@ -324,7 +324,9 @@ void VolumeGridBuilder<IdArray>::number_points(const NodeList& list, Id* point_i
   }
   source_.database->get_node_ids(list.count, list.nodes, ids);
   NodePointTable& table = NodePointTable::shared();
+  constexpr std::size_t ahead = 32; // uses, by which a fetch has arrived
   for (std::size_t i = 0; i < list.count; ++i) {
+    if (i + ahead < list.count) table.prefetch(static_cast<std::uint32_t>(ids[i + ahead]));
     bool is_new;
     point_ids[i] = static_cast<Id>(table.point(static_cast<std::uint32_t>(ids[i]), is_new));
     if (is_new) *next_node++ = list.nodes[i].value;
