@@ -32,9 +32,7 @@ protected:
   // The stages in order: "nodes", "vertices KIND", "edges KIND" or "entities KIND".
   std::vector<std::string> stages(bool use_filter) {
     db_.forget_calls();
-    PickInterface picker(&db_);
-    FlatScreen screen;
-    screen.put_into(picker);
+    FlatPicker picker(&db_);
     if (by_ray()) {
       Ray ray = down_at(500, 500);
       NodeHits nodes;

@@ -3,6 +3,7 @@
 #include "pick/PickInterface.h"
 #include "platform/base/PickBounds.h"
 #include "platform/util/TovanBox.h"
+#include "tests/support/RecordingMeshData.h"
 
 #include <vtkMatrix4x4.h>
 #include <vtkNew.h>
@@ -123,3 +124,25 @@ private:
   int size_[2] = {100, 100};
   double viewport_[4] = {0, 0, 1, 1};
 };
+
+/// A pick interface behind a flat screen.
+class FlatPicker : public OpenPickInterface {
+public:
+  explicit FlatPicker(Tarn::MeshData* database) : OpenPickInterface(database) { screen_.put_into(*this); }
+
+private:
+  FlatScreen screen_;
+};
+
+/// How many calls of one operation follow one another, from other calls to other calls.
+inline std::vector<std::size_t> runs_of(const std::string& operation, const test_support::RecordingMeshData& database) {
+  std::vector<std::size_t> runs;
+  bool in_run = false;
+  for (const auto& call : database.calls()) {
+    const bool is_it = call.operation == operation;
+    if (is_it && !in_run) runs.push_back(0);
+    if (is_it) ++runs.back();
+    in_run = is_it;
+  }
+  return runs;
+}

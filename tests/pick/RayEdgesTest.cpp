@@ -115,16 +115,7 @@ TEST(RayEdges, GivenMoreElementsThanABatch_WhenPicked_ThenEachBatchIsFinishedBef
     Ray ray = down_at(9, 9);
     ElementHits hits;
     picker.pickEdges(Elems(row.count, mesh.mesh.elements[Tarn::Tri][0]), ray.data(), hits);
-    // Runs of adjacency calls between other calls.
-    std::vector<std::size_t> batches;
-    bool in_batch = false;
-    for (const auto& call : db.calls()) {
-      const bool adjacency = call.operation == "get_adjacencies";
-      if (adjacency && !in_batch) batches.push_back(0);
-      if (adjacency) ++batches.back();
-      in_batch = adjacency;
-    }
-    EXPECT_THAT(batches, ElementsAreArray(row.batches));
+    EXPECT_THAT(runs_of("get_adjacencies", db), ElementsAreArray(row.batches));
     EXPECT_EQ(db.count("get_element_connectivity"), 3 * row.count);
   }
 }

@@ -24,9 +24,7 @@ TEST(RegionVertices, GivenMoreElementsThanABatch_WhenPicked_ThenBatchesOf256AreR
     SCOPED_TRACE(count);
     test_support::NamedMesh mesh = test_support::edge_chain(static_cast<int>(count));
     test_support::RecordingMeshData db(*mesh.database);
-    PickInterface picker(&db);
-    FlatScreen screen;
-    screen.put_into(picker);
+    FlatPicker picker(&db);
     ScriptedRegion region;
     region.point = [](const double*) { return true; };
     Nodes picked;
@@ -52,9 +50,7 @@ TEST(RegionVertices, GivenMoreElementsThanABatch_WhenPicked_ThenBatchesOf256AreR
 
 TEST(RegionVertices, GivenAQuadraticElement_WhenPicked_ThenAllItsNodesCount) {
   test_support::NamedMesh mesh = test_support::one_element(Tarn::Hex, 27);
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   ScriptedRegion region;
   region.point = [](const double*) { return true; };
   Nodes picked;
@@ -64,9 +60,7 @@ TEST(RegionVertices, GivenAQuadraticElement_WhenPicked_ThenAllItsNodesCount) {
 
 TEST(RegionVertices, GivenASuperelementBeyondTheLimit_WhenPicked_ThenItsFirst27NodesCount) {
   test_support::NamedMesh mesh = test_support::one_element(Tarn::Superelement, 40);
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   ScriptedRegion region;
   region.point = [](const double*) { return true; };
   Nodes picked;
@@ -76,9 +70,7 @@ TEST(RegionVertices, GivenASuperelementBeyondTheLimit_WhenPicked_ThenItsFirst27N
 
 TEST(RegionVertices, GivenNodesOfTheCallers_WhenPicked_ThenAllAreSortedAndListedOnce) {
   test_support::NamedMesh mesh = test_support::edge_chain(2);
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   ScriptedRegion region;
   region.point = [](const double* p) { return p[0] > 5; };
   const Node last{~std::uint64_t(0)};
@@ -94,9 +86,7 @@ TEST(RegionVertices, GivenABatchThatFails_WhenPicked_ThenItAloneIsSkipped) {
   test_support::NamedMesh mesh = test_support::edge_chain(600);
   test_support::RecordingMeshData db(*mesh.database);
   db.fail_call("get_nodes_of_elements", 1);
-  PickInterface picker(&db);
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(&db);
   ScriptedRegion region;
   region.point = [](const double*) { return true; };
   Nodes picked;
@@ -117,23 +107,13 @@ TEST(RegionEdges, GivenMoreElementsThanABatch_WhenPicked_ThenBatchesOf1365AreFin
     SCOPED_TRACE(row.count);
     test_support::NamedMesh mesh = test_support::one_element(Tarn::Tri, 3);
     test_support::RecordingMeshData db(*mesh.database);
-    PickInterface picker(&db);
-    FlatScreen screen;
-    screen.put_into(picker);
+    FlatPicker picker(&db);
     ScriptedRegion region;
     region.segment = [](const double*, const double*) { return true; };
     Elems picked;
     picker.pickEdges(Elems(row.count, mesh.mesh.elements[Tarn::Tri][0]), region, picked);
     EXPECT_THAT(picked, SizeIs(row.count ? 3 : 0)) << "each edge once";
-    std::vector<std::size_t> batches;
-    bool in_batch = false;
-    for (const auto& call : db.calls()) {
-      const bool adjacency = call.operation == "get_adjacencies";
-      if (adjacency && !in_batch) batches.push_back(0);
-      if (adjacency) ++batches.back();
-      in_batch = adjacency;
-    }
-    EXPECT_THAT(batches, ElementsAreArray(row.batches));
+    EXPECT_THAT(runs_of("get_adjacencies", db), ElementsAreArray(row.batches));
     const auto types = db.calls("get_element_types");
     ASSERT_EQ(types.size(), row.batches.size());
     for (std::size_t i = 0; i < types.size(); ++i)
@@ -145,9 +125,7 @@ TEST(RegionEdges, GivenMoreElementsThanABatch_WhenPicked_ThenBatchesOf1365AreFin
 
 TEST(RegionEdges, GivenEdgesOfTheCallers_WhenPicked_ThenAllAreSortedAndListedOnce) {
   test_support::NamedMesh mesh = test_support::quad_sheet(2, 1);
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   const double from[2] = {9, 4};
   const double to[2] = {11, 6};
   PickRectangle middle(from, to); // touches the side between the two
@@ -168,9 +146,7 @@ TEST(RegionEdges, GivenAnElementThatFails_WhenPicked_ThenItAloneIsSkipped) {
     mesh.add_own_element(Tarn::Tri, 3, 2.0 * i);
   test_support::RecordingMeshData db(*mesh.database);
   db.fail_call("get_adjacencies", 1);
-  PickInterface picker(&db);
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(&db);
   ScriptedRegion region;
   region.segment = [](const double*, const double*) { return true; };
   Elems picked;
@@ -180,9 +156,7 @@ TEST(RegionEdges, GivenAnElementThatFails_WhenPicked_ThenItAloneIsSkipped) {
 
 TEST(RegionTemplates, GivenASubclass_WhenItCallsThem_ThenTheyDoTheWork) {
   test_support::NamedMesh mesh = test_support::quad_sheet(1, 1);
-  OpenPickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   ScriptedRegion region;
   region.point = [](const double*) { return true; };
   region.segment = [](const double*, const double*) { return true; };

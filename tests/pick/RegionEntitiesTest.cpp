@@ -54,9 +54,7 @@ TEST(TransformPoint, GivenAMatrixWithPerspective_WhenProjected_ThenItDividesByTh
 TEST(RegionNodes, GivenNodes_WhenPicked_ThenEachDisplayPointIsAskedAboutInOrder) {
   test_support::NamedMesh mesh;
   const Nodes nodes = {mesh.add_node(1, 2, 3), mesh.add_node(4, 5, 6), mesh.add_node(7, 8, 9)};
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   ScriptedRegion region;
   region.point = [](const double* p) { return p[0] != 40; };
   Nodes picked = {{99}};
@@ -74,9 +72,7 @@ TEST(RegionNodes, GivenMoreNodesThanAChunk_WhenPicked_ThenChunksOf1024AreRead) {
     SCOPED_TRACE(count);
     test_support::NamedMesh mesh = test_support::lone_nodes(static_cast<int>(count));
     test_support::RecordingMeshData db(*mesh.database);
-    PickInterface picker(&db);
-    FlatScreen screen;
-    screen.put_into(picker);
+    FlatPicker picker(&db);
     ScriptedRegion region;
     region.point = [](const double*) { return true; };
     Nodes picked;
@@ -99,9 +95,7 @@ TEST(RegionNodes, GivenAnUnknownNodeAfterKnownOnes_WhenPicked_ThenItIsNotWhereAn
   Nodes nodes(1024, mesh.add_node(1, 1, 0));
   nodes.push_back({}); // first of the second chunk
   nodes.push_back(mesh.add_node(kNaN, 1, 0));
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   PickRectangle all = rectangle(-1e9, -1e9, 1e9, 1e9);
   Nodes picked;
   picker.pickEntities(nodes, all, picked);
@@ -142,9 +136,7 @@ protected:
   RegionKinds() : mesh_(test_support::one_element(GetParam().type, GetParam().node_count)) {}
 
   Elems pick(PickBounds& region, bool partial) {
-    PickInterface picker(mesh_.database.get());
-    FlatScreen screen;
-    screen.put_into(picker);
+    FlatPicker picker(mesh_.database.get());
     picker.setPartialAccept(partial);
     Elems picked;
     picker.pickEntities(mesh_.mesh.elements[GetParam().type], region, picked);
@@ -194,9 +186,7 @@ INSTANTIATE_TEST_SUITE_P(All, RegionKinds,
 
 TEST(RegionElements, GivenAOneNodeElement_WhenPicked_ThenOnlyWholeContainmentTakesIt) {
   test_support::NamedMesh mesh = test_support::one_element(Tarn::OneNode, 1);
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   PickRectangle around = rectangle(-1, -1, 1, 1);
   Elems picked;
   picker.pickEntities(mesh.mesh.elements[Tarn::OneNode], around, picked);
@@ -211,9 +201,7 @@ TEST(RegionElements, GivenTheModes_WhenPicked_ThenTheDatabaseIsAskedInThisOrder)
   mesh.add_own_element(Tarn::Hex, 8, 2);
   const Elems hexes = mesh.mesh.elements[Tarn::Hex];
   test_support::RecordingMeshData db(*mesh.database);
-  OpenPickInterface picker(&db);
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(&db);
   ScriptedRegion region;
   region.box = false;
   Elems picked = {{77}};
@@ -242,9 +230,7 @@ TEST(RegionElements, GivenTheModes_WhenPicked_ThenTheDatabaseIsAskedInThisOrder)
 
 TEST(RegionElements, GivenPartialAccept_WhenSet_ThenThePicksOfElementsAndEdgesFollowIt) {
   test_support::NamedMesh mesh = test_support::quad_sheet(1, 1);
-  PickInterface picker(mesh.database.get());
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(mesh.database.get());
   PickRectangle corner = rectangle(-1, -1, 1, 1);
   for (const bool partial : {true, false, true}) {
     picker.setPartialAccept(partial);
@@ -261,9 +247,7 @@ TEST(RegionElements, GivenAnElementWithoutNodes_WhenTheWholeElementCounts_ThenIt
   test_support::NamedMesh mesh = test_support::quad_sheet(1, 1);
   test_support::RecordingMeshData db(*mesh.database);
   db.report_count("get_element_connectivity", 0);
-  PickInterface picker(&db);
-  FlatScreen screen;
-  screen.put_into(picker);
+  FlatPicker picker(&db);
   ScriptedRegion nothing;
   Elems picked;
   picker.setPartialAccept(false);

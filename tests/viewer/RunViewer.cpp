@@ -45,8 +45,8 @@ Outcome run_once(const std::vector<std::string>& arguments, const Environment& e
   return run;
 }
 
-// LeakSanitizer looks at the ending process from a thread of its own, which crashes on threads of the software renderer
-// that have just ended. That tells nothing of the viewer.
+// LeakSanitizer looks at the ending process from a thread of its own, which crashes on some runs, presumably on threads
+// of the software renderer that have just ended. It reports that, and no leak, as its failure.
 bool leak_check_crashed(const Outcome& run) {
   return run.err.find("LeakSanitizer has encountered a fatal error") != std::string::npos;
 }
