@@ -32,6 +32,15 @@ struct Batch {
   }
 };
 
+template <class Value>
+void interleave(std::size_t count, const double* x, const double* y, const double* z, Value* xyz) {
+  for (std::size_t i = 0; i < count; ++i) {
+    xyz[3 * i] = static_cast<Value>(x[i]);
+    xyz[3 * i + 1] = static_cast<Value>(y[i]);
+    xyz[3 * i + 2] = static_cast<Value>(z[i]);
+  }
+}
+
 template <class Array>
 vtkSmartPointer<Array> read_coordinates(Tarn::MeshData* database, vtkTypeUInt64Array* nodes, CoordinateRange& range) {
   const vtkIdType node_count = nodes->GetNumberOfTuples();
@@ -43,12 +52,9 @@ vtkSmartPointer<Array> read_coordinates(Tarn::MeshData* database, vtkTypeUInt64A
   for (vtkIdType done = 0; done < node_count; done += batch_size) {
     const vtkIdType count = std::min(batch_size, node_count - done);
     batch.read(database, handles + done, count);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i)
       range.add(batch.x[i], batch.y[i], batch.z[i]);
-      *out++ = static_cast<typename Array::ValueType>(batch.x[i]);
-      *out++ = static_cast<typename Array::ValueType>(batch.y[i]);
-      *out++ = static_cast<typename Array::ValueType>(batch.z[i]);
-    }
+    interleave(static_cast<std::size_t>(count), batch.x.data(), batch.y.data(), batch.z.data(), out + 3 * done);
   }
   return coordinates;
 }

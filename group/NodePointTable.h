@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vtkType.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,31 +13,16 @@
 /// Pages outlive a numbering: entries of an earlier one count as empty, so that starting anew costs nothing.
 class NodePointTable {
 public:
-  NodePointTable();
+  /// `numbered`: how many points earlier numberings are taken to have had.
+  explicit NodePointTable(std::uint32_t numbered = 0);
   ~NodePointTable();
 
-  /// Starts a numbering of at most `max_points` points.
-  void start(std::uint32_t max_points);
-  /// The point of the node, and whether it is new; points are numbered from 0 in the order in which they are met.
-  std::uint32_t point(std::uint32_t node_id, bool& is_new) {
-    std::uint32_t& entry = page(node_id)[node_id & (page_size - 1)];
-    is_new = entry <= base_;
-    if (is_new) entry = base_ + ++count_;
-    return entry - base_ - 1;
-  }
-  /// Begins to fetch the entry of a node that is asked for soon: on a skin the next node is often far from the last.
-  void prefetch(std::uint32_t node_id) const {
-    const std::unique_ptr<Directory>& directory = top_[node_id >> 22];
-    if (!directory) return;
-    const std::unique_ptr<Page>& page = (*directory)[(node_id >> 12) & (directory_size - 1)];
-    if (page) __builtin_prefetch(page->data() + (node_id & (page_size - 1)), 1);
-  }
-  /// How many points there are.
-  std::uint32_t size() const { return count_; }
+  /// Numbers points anew, from 0 in the order in which nodes are met: each of the `count` ids is replaced by its node's
+  /// point. Of `nodes`, as many handles, the one with which each point is met first moves up to the point's place.
+  /// Returns how many points there are.
+  std::size_t number(std::size_t count, int* ids, vtkTypeUInt64* nodes);
   /// How many pages there are.
   std::size_t page_count() const { return page_count_; }
-  /// Ends a numbering; gives back pages when there are more of them than are worth keeping.
-  void finish();
 
   /// The table that all groups share. Groups are built one after another, on one thread.
   static NodePointTable& shared();
@@ -55,10 +42,10 @@ private:
     return add_page(node_id);
   }
   std::uint32_t* add_page(std::uint32_t node_id);
+  void make_room(std::size_t points);
   void drop_pages();
 
   std::array<std::unique_ptr<Directory>, directory_size> top_;
   std::size_t page_count_ = 0;
-  std::uint32_t base_ = 0;  // entries up to here belong to earlier numberings
-  std::uint32_t count_ = 0; // points of this one
+  std::uint32_t last_ = 0; // entries up to here belong to earlier numberings
 };

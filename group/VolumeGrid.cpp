@@ -1,6 +1,7 @@
 #include "group/VolumeGrid.h"
 
 #include "group/EntityColors.h"
+#include "group/MetNodes.h"
 #include "group/NodeCoordinates.h"
 #include "group/NodePointTable.h"
 #include "mesh/MeshQueries.h"
@@ -72,46 +73,44 @@ FaceShape shape_of(int kind, int node_count) {
   return {VTK_EMPTY_CELL, 0};
 }
 
-FaceShape shape_of(const Side& side) {
-  const FaceShape shape = shape_of(side.kind, side.node_count);
-  const bool whole = std::none_of(side.nodes, side.nodes + shape.node_count, is_null);
-  return whole ? shape : FaceShape{VTK_EMPTY_CELL, 0};
+/// Calls `work` with the number of nodes, as a constant for linear faces: its loops are unrolled.
+template <class Work> void with_constant(int node_count, Work work) {
+  switch (node_count) {
+  case 3:
+    return work(std::integral_constant<int, 3>());
+  case 4:
+    return work(std::integral_constant<int, 4>());
+  default:
+    return work(node_count);
+  }
 }
 
-/// The nodes of consecutive cells, concatenated: somebody else's array, or a copy.
-struct NodeList {
-  std::vector<Node> copy;
-  const Node* nodes = nullptr;
-  std::size_t count = 0;
-};
-
-NodeList own(std::vector<Node> nodes) {
-  NodeList list;
-  list.copy = std::move(nodes);
-  list.nodes = list.copy.data();
-  list.count = list.copy.size();
-  return list;
+// Looks at all of them: hardly any is null.
+template <class Count> bool has_null(const Node* nodes, Count count) {
+  bool found = false;
+  for (int i = 0; i < count; ++i)
+    found = found | is_null(nodes[i]);
+  return found;
 }
 
-// The nodes of all faces that are drawn, `count` in all.
-std::vector<Node> nodes_of(const std::vector<Side*>& skin, std::size_t count) {
-  std::vector<Node> nodes;
-  nodes.reserve(count);
-  for (const Side* side : skin)
-    nodes.insert(nodes.end(), side->nodes, side->nodes + shape_of(*side).node_count);
-  return nodes;
-}
+constexpr std::size_t most_nodes_of_a_face = 8; // of those that are drawn
 
 int position_of(std::size_t i, const std::vector<int>* positions) {
   if (!positions) return static_cast<int>(i);
   return i < positions->size() ? (*positions)[i] : -1;
 }
 
+/// How much room is made for a grid. There are at most so many cells, but there can be more uses of points.
+struct Size {
+  std::size_t cells;
+  std::size_t uses;
+};
+
 /// Writes the grid's arrays front to back. `IdArray` holds offsets and point ids: 32 bits where these suffice, since
 /// fresh memory costs more than the work on it.
 template <class IdArray> class VolumeGridBuilder {
 public:
-  VolumeGridBuilder(const VolumeGridSource& source, std::size_t max_cells);
+  VolumeGridBuilder(const VolumeGridSource& source, const Size& room);
 
   void add_nodes();
   void add_elements(Tarn::ElementType kind, unsigned char cell_type, int stride, int least_nodes);
@@ -121,27 +120,29 @@ public:
 private:
   using Id = typename IdArray::ValueType;
 
-  void add_cell(unsigned char type, int node_count, Tarn::Handle<1> element);
+  template <class Count>
+  void add_cell(unsigned char type, const Node* nodes, Count node_count, Tarn::Handle<1> element);
+  void make_room_for_uses(vtkIdType count);
   void color_cell(TovanColor color);
   const std::vector<int>* positions_of(Tarn::ElementType kind) const;
   bool has_element(Tarn::ElementType kind, const Side& side) const;
   TovanColor color_of(const Side& side);
-  void number_points();
-  void number_points(const NodeList& list, Id* point_ids, vtkTypeUInt64*& next_node);
   void trim();
+  void number_points();
   vtkSmartPointer<vtkUnsignedCharArray> vertex_colors() const;
 
   const VolumeGridSource& source_;
   const bool color_cells_;
-  std::vector<NodeList> lists_;
-  vtkIdType cell_count_ = 0;
-  Id connectivity_size_ = 0;
   vtkNew<vtkUnsignedCharArray> types_;
   vtkNew<IdArray> offsets_;
   vtkNew<IdArray> connectivity_;
   vtkNew<vtkTypeUInt64Array> elem_ids_;
   vtkNew<vtkTypeUInt64Array> node_ids_;
+  MetNodes met_nodes_;
   vtkSmartPointer<vtkUnsignedCharArray> cell_colors_;
+  Id* uses_ = nullptr; // where the node stands among those met, until points are numbered
+  Id use_room_ = 0;
+  Id use_count_ = 0;
   unsigned char* type_;
   Id* offset_;
   vtkTypeUInt64* elem_id_;
@@ -153,13 +154,14 @@ private:
 };
 
 template <class IdArray>
-VolumeGridBuilder<IdArray>::VolumeGridBuilder(const VolumeGridSource& source, std::size_t max_cells)
-    : source_(source), color_cells_(source.colors.type == GMeshGroup::CellColors) {
-  const auto size = static_cast<vtkIdType>(max_cells);
+VolumeGridBuilder<IdArray>::VolumeGridBuilder(const VolumeGridSource& source, const Size& room)
+    : source_(source), color_cells_(source.colors.type == GMeshGroup::CellColors), met_nodes_(*node_ids_, room.cells) {
+  const auto size = static_cast<vtkIdType>(room.cells);
   elem_ids_->SetName("ElemIds");
   node_ids_->SetName("NodeIds");
   type_ = types_->WritePointer(0, size);
   offset_ = offsets_->WritePointer(0, size + 1);
+  make_room_for_uses(static_cast<vtkIdType>(room.uses));
   elem_id_ = elem_ids_->WritePointer(0, size);
   *offset_++ = 0;
   if (!color_cells_) return;
@@ -171,21 +173,11 @@ VolumeGridBuilder<IdArray>::VolumeGridBuilder(const VolumeGridSource& source, st
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::add_nodes() {
   const std::vector<Node>& nodes = source_.mesh.nodes;
-  const bool whole = std::none_of(nodes.begin(), nodes.end(), is_null);
-  NodeList list;
-  list.nodes = nodes.data();
-  list.count = nodes.size();
-  if (!whole) {
-    std::vector<Node> known;
-    std::remove_copy_if(nodes.begin(), nodes.end(), std::back_inserter(known), is_null);
-    list = own(std::move(known));
-  }
   for (std::size_t i = 0; i < nodes.size(); ++i) {
     if (is_null(nodes[i])) continue;
-    add_cell(VTK_VERTEX, 1, {});
+    add_cell(VTK_VERTEX, &nodes[i], 1, {});
     if (color_cells_) color_cell(source_.colors.of_node(position_of(i, source_.node_positions)));
   }
-  lists_.push_back(std::move(list));
 }
 
 template <class IdArray>
@@ -195,48 +187,50 @@ void VolumeGridBuilder<IdArray>::add_elements(Tarn::ElementType kind, unsigned c
   if (elements.empty() || stride <= 0) return;
   std::vector<Node> nodes;
   OB::get_element_type_connectivity(elements, stride, nodes, source_.database);
-  auto end = nodes.begin();
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    const auto first = nodes.begin() + static_cast<std::ptrdiff_t>(i) * stride;
+  Node* first = nodes.data();
+  for (std::size_t i = 0; i < elements.size(); ++i, first += stride) {
     // Elements with fewer nodes than the stride are filled up with null handles.
-    const auto last = std::remove_copy_if(first, first + stride, end, is_null);
-    const auto count = static_cast<int>(last - end);
+    const auto count = static_cast<int>(std::remove_if(first, first + stride, is_null) - first);
     if (count < least_nodes) continue;
-    end = last;
-    add_cell(cell_type, count, elements[i]);
+    add_cell(cell_type, first, count, elements[i]);
     if (color_cells_) color_cell(source_.colors.of_element(kind, position_of(i, positions_of(kind))));
   }
-  nodes.erase(end, nodes.end());
-  lists_.push_back(own(std::move(nodes)));
 }
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::add_faces(const std::vector<Side*>& skin) {
-  const Id first_node = connectivity_size_;
-  NodeList list;
-  // Where the skinner keeps the nodes of all sides in one block, in order, that block is the list.
-  const Node* next = nullptr;
-  bool one_block = true;
-  for (std::size_t i = 0; i < skin.size(); ++i) {
-    const Side& side = *skin[i];
-    const FaceShape shape = shape_of(side);
-    if (shape.node_count == 0) continue;
-    if (!list.nodes) list.nodes = next = side.nodes;
-    one_block = one_block && side.nodes == next;
-    next = side.nodes + shape.node_count;
-    add_cell(shape.cell_type, shape.node_count, side.element);
-    if (color_cells_) color_cell(color_of(side));
+  int kind = 0;
+  int node_count = 0;
+  FaceShape shape = {VTK_EMPTY_CELL, 0};
+  for (const Side* side : skin) {
+    if (side->kind != kind || side->node_count != node_count) {
+      kind = side->kind;
+      node_count = side->node_count;
+      shape = shape_of(kind, node_count);
+    }
+    with_constant(shape.node_count, [&](auto count) {
+      if (count == 0 || has_null(side->nodes, count)) return;
+      add_cell(shape.cell_type, side->nodes, count, side->element);
+      if (color_cells_) color_cell(color_of(*side));
+    });
   }
-  list.count = static_cast<std::size_t>(connectivity_size_ - first_node);
-  lists_.push_back(one_block ? std::move(list) : own(nodes_of(skin, list.count)));
 }
 
 template <class IdArray>
-void VolumeGridBuilder<IdArray>::add_cell(unsigned char type, int node_count, Tarn::Handle<1> element) {
-  connectivity_size_ += node_count;
-  ++cell_count_;
-  *type_++ = type;
-  *offset_++ = connectivity_size_;
+template <class Count>
+void VolumeGridBuilder<IdArray>::add_cell(unsigned char type, const Node* nodes, Count node_count,
+                                          Tarn::Handle<1> element) {
+  const Id first_use = use_count_;
+  use_count_ += node_count;
+  if (use_count_ > use_room_) make_room_for_uses(use_count_);
+  met_nodes_.meet(nodes, node_count, uses_ + first_use);
+  *offset_++ = use_count_;
   *elem_id_++ = element.value;
+  *type_++ = type;
+}
+
+template <class IdArray> void VolumeGridBuilder<IdArray>::make_room_for_uses(vtkIdType count) {
+  uses_ = connectivity_->WritePointer(0, count);
+  use_room_ = static_cast<Id>(connectivity_->GetSize());
 }
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::color_cell(TovanColor color) {
@@ -249,9 +243,8 @@ const std::vector<int>* VolumeGridBuilder<IdArray>::positions_of(Tarn::ElementTy
   return source_.element_positions ? &(*source_.element_positions)[kind] : nullptr;
 }
 
-// Colours are listed by kind of element, which a side does not tell.
-// The kind of a side's element follows from the list that has it at the side's position: the database need not be
-// asked.
+// Colours are listed by kind of element, which a side does not tell: it follows from the list that has the element at
+// the side's position, so that the database need not be asked.
 template <class IdArray> TovanColor VolumeGridBuilder<IdArray>::color_of(const Side& side) {
   if (!has_element(side_kind_, side)) {
     const auto found = std::find_if(std::begin(skinned_kinds), std::end(skinned_kinds),
@@ -287,50 +280,27 @@ template <class IdArray> vtkSmartPointer<vtkUnstructuredGrid> VolumeGridBuilder<
 
 // What was left out took no cell.
 template <class IdArray> void VolumeGridBuilder<IdArray>::trim() {
-  types_->SetNumberOfTuples(cell_count_);
-  offsets_->SetNumberOfTuples(cell_count_ + 1);
-  elem_ids_->SetNumberOfTuples(cell_count_);
-  if (color_cells_) cell_colors_->SetNumberOfTuples(cell_count_);
+  const vtkIdType cell_count = type_ - types_->GetPointer(0);
+  types_->SetNumberOfTuples(cell_count);
+  offsets_->SetNumberOfTuples(cell_count + 1);
+  connectivity_->SetNumberOfTuples(use_count_);
+  connectivity_->Squeeze();
+  elem_ids_->SetNumberOfTuples(cell_count);
+  if (color_cells_) cell_colors_->SetNumberOfTuples(cell_count);
 }
 
 template <class IdArray> void VolumeGridBuilder<IdArray>::number_points() {
-  Id* point_ids = connectivity_->WritePointer(0, connectivity_size_);
-  // At most one point per use; memory that is not written to costs nothing and goes with the resize.
-  vtkTypeUInt64* const nodes = node_ids_->WritePointer(0, connectivity_size_);
-  vtkTypeUInt64* next_node = nodes;
-  NodePointTable& table = NodePointTable::shared();
-  table.start(static_cast<std::uint32_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(connectivity_size_),
-                                                                 std::numeric_limits<std::uint32_t>::max())));
-  for (const NodeList& list : lists_) {
-    number_points(list, point_ids, next_node);
-    point_ids += list.count;
-  }
-  table.finish();
-  node_ids_->Resize(next_node - nodes);
-}
+  const std::size_t count = met_nodes_.size();
+  std::vector<int> points(count); // first the nodes' ids
+  if (count > 0) source_.database->get_node_ids(count, met_nodes_.nodes(), points.data());
+  const std::size_t point_count = NodePointTable::shared().number(count, points.data(), node_ids_->GetPointer(0));
+  node_ids_->SetNumberOfTuples(static_cast<vtkIdType>(point_count));
+  node_ids_->Squeeze();
 
-template <class IdArray>
-void VolumeGridBuilder<IdArray>::number_points(const NodeList& list, Id* point_ids, vtkTypeUInt64*& next_node) {
-  if (list.count == 0) return;
-  // Ids are as wide as 32-bit point ids, which then take their place.
-  std::vector<int> wide_ids;
-  int* ids;
-  if constexpr (std::is_same_v<Id, int>) {
-    ids = point_ids;
-    std::fill_n(ids, list.count, 0);
-  } else {
-    wide_ids.resize(list.count);
-    ids = wide_ids.data();
-  }
-  source_.database->get_node_ids(list.count, list.nodes, ids);
-  NodePointTable& table = NodePointTable::shared();
-  constexpr std::size_t ahead = 32; // uses, by which a fetch has arrived
-  for (std::size_t i = 0; i < list.count; ++i) {
-    if (i + ahead < list.count) table.prefetch(static_cast<std::uint32_t>(ids[i + ahead]));
-    bool is_new;
-    point_ids[i] = static_cast<Id>(table.point(static_cast<std::uint32_t>(ids[i]), is_new));
-    if (is_new) *next_node++ = list.nodes[i].value;
-  }
+  Id* const uses = connectivity_->GetPointer(0);
+  std::transform(uses, uses + use_count_, uses, [&points](Id place) {
+    return static_cast<Id>(static_cast<std::uint32_t>(points[static_cast<std::size_t>(place)]));
+  });
 }
 
 template <class IdArray> vtkSmartPointer<vtkUnsignedCharArray> VolumeGridBuilder<IdArray>::vertex_colors() const {
@@ -348,8 +318,8 @@ int stride_of(Tarn::ElementType kind) { return MDBDefines::NodesPerElement(kind)
 
 template <class IdArray>
 vtkSmartPointer<vtkUnstructuredGrid> build(const VolumeGridSource& source, const std::vector<Side*>& skin,
-                                           std::size_t max_cells) {
-  VolumeGridBuilder<IdArray> builder(source, max_cells);
+                                           const Size& room) {
+  VolumeGridBuilder<IdArray> builder(source, room);
   builder.add_nodes();
   builder.add_elements(Tarn::Edge, VTK_POLY_LINE, stride_of(Tarn::Edge), 2);
   builder.add_elements(Tarn::OneNode, VTK_VERTEX, stride_of(Tarn::OneNode), 1);
@@ -362,13 +332,17 @@ vtkSmartPointer<vtkUnstructuredGrid> build(const VolumeGridSource& source, const
 
 vtkSmartPointer<vtkUnstructuredGrid> make_volume_grid(const VolumeGridSource& source, const std::vector<Side*>& skin,
                                                       std::size_t narrow_uses) {
-  constexpr std::size_t most_nodes_of_a_face = 8;
-  std::size_t max_cells = source.mesh.nodes.size() + skin.size();
-  std::size_t max_uses = source.mesh.nodes.size() + most_nodes_of_a_face * skin.size();
+  // Most faces are like the first: room for more than that would be memory touched for nothing.
+  const int nodes_of_a_face = skin.empty() ? 0 : shape_of(skin.front()->kind, skin.front()->node_count).node_count;
+  Size room = {source.mesh.nodes.size(), source.mesh.nodes.size()};
   for (const Tarn::ElementType kind : {Tarn::Edge, Tarn::OneNode, Tarn::Superelement}) {
-    max_cells += source.mesh.elements[kind].size();
-    max_uses += source.mesh.elements[kind].size() * static_cast<std::size_t>(std::max(0, stride_of(kind)));
+    const std::size_t count = source.mesh.elements[kind].size();
+    room.cells += count;
+    room.uses += count * static_cast<std::size_t>(std::max(0, stride_of(kind)));
   }
-  return max_uses <= narrow_uses ? build<vtkTypeInt32Array>(source, skin, max_cells)
-                                 : build<vtkTypeInt64Array>(source, skin, max_cells);
+  const std::size_t most_uses = room.uses + skin.size() * most_nodes_of_a_face;
+  room.cells += skin.size();
+  room.uses += skin.size() * static_cast<std::size_t>(nodes_of_a_face);
+  return most_uses <= narrow_uses ? build<vtkTypeInt32Array>(source, skin, room)
+                                  : build<vtkTypeInt64Array>(source, skin, room);
 }

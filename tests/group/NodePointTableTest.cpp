@@ -3,107 +3,110 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <numeric>
+#include <ostream>
 #include <random>
 #include <unordered_map>
 #include <vector>
 
 namespace {
 
-struct Answer {
-  std::uint32_t point;
-  bool is_new;
-  bool operator==(const Answer& other) const { return point == other.point && is_new == other.is_new; }
+struct Numbering {
+  std::vector<std::uint32_t> points;     // of the ids
+  std::vector<vtkTypeUInt64> first_uses; // of the points, the place at which each id was met first
+  bool operator==(const Numbering& other) const { return points == other.points && first_uses == other.first_uses; }
 };
 
-Answer ask(NodePointTable& table, std::uint32_t id) {
-  bool is_new = false;
-  const std::uint32_t point = table.point(id, is_new);
-  return {point, is_new};
+void PrintTo(const Numbering& numbering, std::ostream* out) {
+  *out << ::testing::PrintToString(numbering.points) << " met at " << ::testing::PrintToString(numbering.first_uses);
 }
 
-TEST(NodePointTable, GivenIds_WhenMet_ThenPointsAreNumberedInThatOrderAndFoundAgain) {
-  NodePointTable table;
-  table.start(10);
-  EXPECT_EQ(ask(table, 7), (Answer{0, true}));
-  EXPECT_EQ(ask(table, 3), (Answer{1, true}));
-  EXPECT_EQ(ask(table, 7), (Answer{0, false}));
-  EXPECT_EQ(ask(table, 3), (Answer{1, false}));
-  EXPECT_EQ(table.size(), 2u);
+Numbering number(NodePointTable& table, const std::vector<std::uint32_t>& ids) {
+  std::vector<int> points(ids.begin(), ids.end());
+  Numbering result;
+  result.first_uses.resize(ids.size());
+  std::iota(result.first_uses.begin(), result.first_uses.end(), vtkTypeUInt64{0});
+  const std::size_t count = table.number(ids.size(), points.data(), result.first_uses.data());
+  result.points.assign(points.begin(), points.end());
+  result.first_uses.resize(count);
+  return result;
 }
 
-TEST(NodePointTable, GivenExtremeIds_WhenMet_ThenEachHasItsOwnPoint) {
-  // 0, negative ids seen as unsigned, and both sides of every level's borders.
-  const std::vector<std::uint32_t> ids = {0,
-                                          1,
-                                          4095,
-                                          4096,
-                                          (1u << 22) - 1,
-                                          1u << 22,
-                                          0x7fffffffu,
-                                          0x80000000u,
-                                          static_cast<std::uint32_t>(-1),
-                                          static_cast<std::uint32_t>(-4096)};
-  NodePointTable table;
-  table.start(100);
-  for (std::uint32_t i = 0; i < ids.size(); ++i)
-    EXPECT_EQ(ask(table, ids[i]), (Answer{i, true})) << ids[i];
-  for (std::uint32_t i = 0; i < ids.size(); ++i)
-    EXPECT_EQ(ask(table, ids[i]), (Answer{i, false})) << ids[i];
-}
-
-TEST(NodePointTable, GivenAnEarlierNumbering_WhenStartedAgain_ThenItIsForgotten) {
-  NodePointTable table;
-  for (int round = 0; round < 3; ++round) {
-    table.start(3);
-    EXPECT_EQ(table.size(), 0u);
-    EXPECT_EQ(ask(table, 20), (Answer{0, true})) << round;
-    EXPECT_EQ(ask(table, static_cast<std::uint32_t>(round)), (Answer{1, true})) << round;
-    table.finish();
+Numbering number_with_a_map(const std::vector<std::uint32_t>& ids) {
+  std::unordered_map<std::uint32_t, std::uint32_t> points;
+  Numbering result;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    const auto [found, is_new] = points.emplace(ids[i], static_cast<std::uint32_t>(points.size()));
+    result.points.push_back(found->second);
+    if (is_new) result.first_uses.push_back(i);
   }
-  table.start(3);
-  EXPECT_EQ(ask(table, 2), (Answer{0, true}));
+  return result;
 }
 
-TEST(NodePointTable, GivenNumbersThatWouldOverflow_WhenStarted_ThenPagesStartAfresh) {
+TEST(NodePointTable, GivenIds_WhenNumbered_ThenPointsAreInTheOrderInWhichTheyAreMet) {
   NodePointTable table;
-  table.start(2);
-  ask(table, 5);
-  // Entries of two numberings of this many points do not fit into 32 bits.
-  table.start(std::numeric_limits<std::uint32_t>::max());
-  EXPECT_EQ(ask(table, 5), (Answer{0, true}));
-  EXPECT_EQ(ask(table, 6), (Answer{1, true}));
-  EXPECT_EQ(ask(table, 5), (Answer{0, false}));
+  EXPECT_EQ(number(table, {7, 3, 7, 3, 9}), (Numbering{{0, 1, 0, 1, 2}, {0, 1, 4}}));
 }
 
-TEST(NodePointTable, GivenPages_WhenANumberingEnds_ThenTheyAreKeptUnlessThereAreVeryMany) {
+TEST(NodePointTable, GivenNoIds_WhenNumbered_ThenThereAreNoPoints) {
+  NodePointTable table;
+  EXPECT_EQ(table.number(0, nullptr, nullptr), 0u);
+  EXPECT_EQ(table.page_count(), 0u);
+}
+
+TEST(NodePointTable, GivenExtremeIds_WhenNumbered_ThenEachHasItsOwnPoint) {
+  // 0, negative ids seen as unsigned, and both sides of every level's borders.
+  std::vector<std::uint32_t> ids = {0,
+                                    1,
+                                    4095,
+                                    4096,
+                                    (1u << 22) - 1,
+                                    1u << 22,
+                                    0x7fffffffu,
+                                    0x80000000u,
+                                    static_cast<std::uint32_t>(-1),
+                                    static_cast<std::uint32_t>(-4096)};
+  ids.insert(ids.end(), ids.begin(), ids.end());
+  NodePointTable table;
+  EXPECT_EQ(number(table, ids), number_with_a_map(ids));
+}
+
+TEST(NodePointTable, GivenAnEarlierNumbering_WhenNumberedAgain_ThenItIsForgotten) {
+  NodePointTable table;
+  for (std::uint32_t round = 0; round < 3; ++round)
+    EXPECT_EQ(number(table, {20, round}), (Numbering{{0, 1}, {0, 1}})) << round;
+  EXPECT_EQ(number(table, {2}), (Numbering{{0}, {0}}));
+}
+
+TEST(NodePointTable, GivenAsManyPointsAsFit_WhenNumberedAgain_ThenNumbersStartAfresh) {
+  NodePointTable table(std::numeric_limits<std::uint32_t>::max() - 2);
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(number(table, {5}), (Numbering{{0}, {0}})) << round;
+    EXPECT_EQ(number(table, {5, 6, 5}), (Numbering{{0, 1, 0}, {0, 1}})) << round;
+  }
+}
+
+TEST(NodePointTable, GivenPages_WhenNumbered_ThenTheyAreKeptUnlessThereAreVeryMany) {
   NodePointTable table;
   EXPECT_EQ(table.page_count(), 0u);
   for (const std::uint32_t pages : {3u, 4096u, 4097u}) {
-    table.start(10000);
+    std::vector<std::uint32_t> ids;
     for (std::uint32_t page = 0; page < pages; ++page)
-      EXPECT_EQ(ask(table, page << 12), (Answer{page, true}));
-    EXPECT_EQ(table.page_count(), pages);
-    table.finish();
+      ids.push_back(page << 12);
+    EXPECT_TRUE(number(table, ids) == number_with_a_map(ids)) << pages;
     EXPECT_EQ(table.page_count(), pages <= 4096 ? pages : 0);
   }
-  table.start(10);
-  EXPECT_EQ(ask(table, 0), (Answer{0, true}));
-  EXPECT_EQ(ask(table, 1u << 12), (Answer{1, true}));
+  EXPECT_EQ(number(table, {0, 1u << 12, 0}), (Numbering{{0, 1, 0}, {0, 1}}));
 }
 
 TEST(NodePointTable, GivenRandomIds_WhenComparedWithAMap_ThenAllAnswersAgree) {
   std::mt19937 random(3);
   NodePointTable table;
   for (int round = 0; round < 4; ++round) {
-    std::unordered_map<std::uint32_t, std::uint32_t> expected;
-    table.start(5000);
-    for (int i = 0; i < 5000; ++i) {
-      const std::uint32_t id = random() % 3 == 0 ? random() : random() % 2000;
-      const auto [found, is_new] = expected.emplace(id, static_cast<std::uint32_t>(expected.size()));
-      ASSERT_EQ(ask(table, id), (Answer{found->second, is_new}));
-    }
-    EXPECT_EQ(table.size(), expected.size());
-    table.finish();
+    std::vector<std::uint32_t> ids(5000);
+    for (std::uint32_t& id : ids)
+      id = random() % 3 == 0 ? random() : random() % 2000;
+    EXPECT_EQ(number(table, ids), number_with_a_map(ids));
   }
 }
 
