@@ -1,0 +1,10 @@
+# Each part can be left out on its own: what is left configures.
+include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
+foreach(part IN ITEMS VIEWER EXAMPLES TESTS BENCH)
+  set(options "")
+  foreach(each IN ITEMS VIEWER EXAMPLES TESTS BENCH)
+    list(APPEND options -DORBEL_MESH_BUILD_${each}=ON)
+  endforeach()
+  file(REMOVE_RECURSE "${WORK}")
+  step(${CMAKE_COMMAND} -S "${SOURCE}" -B "${WORK}" ${toolchain} ${options} -DORBEL_MESH_BUILD_${part}=OFF)
+endforeach()
