@@ -1,0 +1,12 @@
+# Each mesh file that comes with the sources is named in NOTICE, next to a licence text that comes along too.
+file(GLOB meshes RELATIVE "${SOURCE}" "${SOURCE}/data/samples/*" "${SOURCE}/tests/data/*")
+list(FILTER meshes EXCLUDE REGEX "README.md$")
+if(NOT meshes)
+  message(FATAL_ERROR "no mesh files in ${SOURCE}")
+endif()
+foreach(mesh IN LISTS meshes)
+  file(STRINGS "${SOURCE}/NOTICE" line REGEX "^${mesh} ")
+  if(NOT line MATCHES " ([^ ]+\\.txt)$" OR NOT EXISTS "${SOURCE}/data/licences/${CMAKE_MATCH_1}")
+    message(FATAL_ERROR "${mesh}: NOTICE names no licence text of data/licences/: '${line}'")
+  endif()
+endforeach()
