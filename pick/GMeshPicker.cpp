@@ -32,7 +32,6 @@
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <memory>
 #include <optional>
 #include <unordered_map>
 
@@ -166,9 +165,8 @@ bool has_global_id(Tarn::MeshData* db, Elem element) {
 // costs the buffer's look-up and no more. Every report is the one that `process_picks` would make.
 class RegionRecords {
 public:
-  RegionRecords(vtkRenderer* renderer, vtkMatrix4x4* matrix, bool visible_only) {
-    if (visible_only) depth_ = std::make_unique<DepthBuffer>(renderer, matrix);
-  }
+  RegionRecords(vtkRenderer* renderer, vtkMatrix4x4* matrix, bool visible_only)
+      : renderer_(renderer), matrix_(matrix), visible_only_(visible_only) {}
   ~RegionRecords() {
     for (const auto* lists : {&nodes_, &elements_})
       for (const auto& [db, known] : *lists)
@@ -179,6 +177,8 @@ public:
   RegionRecords& operator=(const RegionRecords&) = delete;
 
   void report(Tarn::MeshData* db, const std::vector<Node>& nodes, const std::vector<Elem>& elements, GPicker* picker) {
+    // A region that touches no group needs no depth.
+    if (visible_only_ && !depth_) depth_.emplace(renderer_, matrix_);
     report_list<PickedNode>(db, nodes, nodes_[db], picker);
     report_list<PickedElement>(db, elements, elements_[db], picker);
   }
@@ -201,7 +201,10 @@ private:
       if (record) picker->add_to_selection_buffer(record, origin, 0.0F, true);
   }
 
-  std::unique_ptr<DepthBuffer> depth_;
+  vtkRenderer* renderer_;
+  vtkMatrix4x4* matrix_;
+  bool visible_only_;
+  std::optional<DepthBuffer> depth_;
   std::map<Tarn::MeshData*, Known> nodes_;
   std::map<Tarn::MeshData*, Known> elements_;
 };

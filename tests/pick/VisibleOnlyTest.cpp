@@ -263,6 +263,12 @@ TEST_F(VisibleOnly, GivenADatabaseThatFailsOrLies_WhenReported_ThenNothingIsRead
 
 // ------------------------------------------------------------------------------------------ once per pick
 
+void set_pickable(vtkRenderer& renderer, bool pickable) {
+  vtkActorCollection* actors = renderer.GetActors();
+  for (int i = 0; i < actors->GetNumberOfItems(); ++i)
+    vtkActor::SafeDownCast(actors->GetItemAsObject(i))->SetPickable(pickable ? 1 : 0);
+}
+
 TEST(VisibleOnlyPick, GivenHitsHandedOverAgain_WhenPickedByARegion_ThenTheBufferAndTheDatabaseAreReadOnce) {
   PickSystemDouble system;
   system.admitted = {"Node", "Face"};
@@ -276,9 +282,7 @@ TEST(VisibleOnlyPick, GivenHitsHandedOverAgain_WhenPickedByARegion_ThenTheBuffer
   GMeshModel model(&db);
   model.add_mesh(mesh.owner, mesh.mesh, TovanColor(200, 200, 200), 1.0F, false);
   model.update_parts();
-  vtkActorCollection* actors = view.renderer()->GetActors();
-  for (int i = 0; i < actors->GetNumberOfItems(); ++i)
-    vtkActor::SafeDownCast(actors->GetItemAsObject(i))->SetPickable(1);
+  set_pickable(*view.renderer(), true);
   GMeshPicker picker;
   ScriptedRegion region;
   region.point = [](const double*) { return true; };
@@ -298,6 +302,11 @@ TEST(VisibleOnlyPick, GivenHitsHandedOverAgain_WhenPickedByARegion_ThenTheBuffer
   picker.compute_pick_by_bounds(view.renderer(), &region, true);
   EXPECT_THAT(window->read, SizeIs(1)) << "not read when all is taken";
   EXPECT_THAT(system.handles(false), SizeIs(6));
+  set_pickable(*view.renderer(), false);
+  MultiCellPicker::mSelectVisibleOnly = true;
+  picker.compute_pick_by_bounds(view.renderer(), &region, true);
+  MultiCellPicker::mSelectVisibleOnly = false;
+  EXPECT_THAT(window->read, SizeIs(1)) << "not read when nothing is touched";
 }
 
 // What is kept within a pick must not show: the same reports, in the same order, as without.
