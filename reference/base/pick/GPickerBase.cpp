@@ -6,6 +6,7 @@
 #include "platform/base/MultiCellPicker.h"
 #include "platform/base/PickBounds.h"
 #include "platform/base/PickedEntity.h"
+#include "reference/base/pick/EntityIdentity.h"
 #include "reference/base/pick/PickRanking.h"
 #include "reference/base/pick/PickState.h"
 #include "reference/base/pick/SelectionBuffer.h"
@@ -16,7 +17,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <unordered_set>
 #include <utility>
 
 namespace {
@@ -103,24 +103,17 @@ std::vector<PickHit> pick_by_ray(GView* view, const std::function<void(GPicker*)
 
 void change_picked(const std::vector<PickHit>& hits, GPickerBase::Change change) {
   using Change = GPickerBase::Change;
-  std::unordered_set<EntityIdentity, EntityIdentityHash> named;
-  for (const PickHit& hit : hits)
-    named.insert(hit.identity);
-  const auto is_named = [&named](const PickHit& hit) { return named.count(hit.identity) != 0; };
-
-  std::vector<PickHit> added;
-  std::unordered_set<EntityIdentity, EntityIdentityHash> picked;
-  for (const PickHit& hit : state().picked.hits())
-    picked.insert(hit.identity);
-  if (change == Change::Toggle) {
-    for (const PickHit& hit : hits)
-      if (picked.count(hit.identity) == 0) added.push_back(hit);
-  } else if (change != Change::Remove) {
-    added = hits;
-  }
-
+  const std::vector<PickHit> added = change == Change::Toggle   ? state().not_picked(hits)
+                                     : change == Change::Remove ? std::vector<PickHit>()
+                                                                : hits;
   if (change == Change::Replace) state().remove_from_picked([](const PickHit&) { return true; });
-  if (change == Change::Remove || change == Change::Toggle) state().remove_from_picked(is_named);
+  if (change == Change::Remove || change == Change::Toggle) {
+    IdentityNumbers named;
+    named.reserve(hits.size());
+    for (const PickHit& hit : hits)
+      named.add(hit.identity);
+    state().remove_from_picked([&named](const PickHit& hit) { return named.has(hit.identity); });
+  }
   state().add_to_picked(added);
 }
 
@@ -193,10 +186,10 @@ void GPickerBase::remove_from_possible_selections_list(const GPicked::PickedEnti
 }
 
 void GPickerBase::remove_from_picked_list(int count, const GPicked::PickedEntity* const* entities) {
-  std::unordered_set<EntityIdentity, EntityIdentityHash> gone;
+  IdentityNumbers gone;
   for (int i = 0; i < count; ++i)
-    if (entities[i]) gone.insert(EntityIdentity(*entities[i]));
-  state().remove_from_picked([&gone](const PickHit& hit) { return gone.count(hit.identity) != 0; });
+    if (entities[i]) gone.add(EntityIdentity(*entities[i]));
+  state().remove_from_picked([&gone](const PickHit& hit) { return gone.has(hit.identity); });
 }
 
 void GPickerBase::set_pre_selection(const EntitySelection& selection) {

@@ -3,7 +3,6 @@
 #include "platform/base/PickCallbackNow.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace {
 
@@ -26,16 +25,28 @@ PickState::PickState()
     : filter{"Hex",  "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
              "Face", "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement"} {}
 
-void PickState::add_to_picked(const std::vector<PickHit>& hits) {
-  std::unordered_set<EntityIdentity, EntityIdentityHash> known;
-  for (const PickHit& hit : picked.hits())
-    known.insert(hit.identity);
-  std::vector<PickHit> added;
-  for (const PickHit& hit : hits) {
-    if (!known.insert(hit.identity).second) continue;
-    picked.add(hit);
-    added.push_back(hit);
+// The hits are looked up, not what is picked: a click into a million picked entities brings one.
+std::vector<PickHit> PickState::not_picked(const std::vector<PickHit>& hits) const {
+  IdentityNumbers numbers;
+  numbers.reserve(hits.size());
+  std::vector<const PickHit*> firsts;
+  for (const PickHit& hit : hits)
+    if (numbers.add(hit.identity).second) firsts.push_back(&hit);
+  std::vector<char> is_picked(numbers.size(), 0);
+  for (const PickHit& hit : picked.hits()) {
+    const std::size_t number = numbers.find(hit.identity);
+    if (number < is_picked.size()) is_picked[number] = 1;
   }
+  std::vector<PickHit> others;
+  for (std::size_t i = 0; i < firsts.size(); ++i)
+    if (!is_picked[i]) others.push_back(*firsts[i]);
+  return others;
+}
+
+void PickState::add_to_picked(const std::vector<PickHit>& hits) {
+  const std::vector<PickHit> added = not_picked(hits);
+  for (const PickHit& hit : added)
+    picked.add(hit);
   tell_picked(added, true);
 }
 

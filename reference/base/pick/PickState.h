@@ -27,6 +27,8 @@ struct PickState {
   EntitySelection pre_selection;
   std::vector<PickHit> pre_selected; ///< the pre-selection with what is known of it, or empty
 
+  /// The hits whose entities are not picked, in order; of several of one entity the first.
+  std::vector<PickHit> not_picked(const std::vector<PickHit>& hits) const;
   /// Puts hits into the picked list and tells the observers.
   void add_to_picked(const std::vector<PickHit>& hits);
   /// Takes hits out of the picked list and tells the observers of those that were in it.

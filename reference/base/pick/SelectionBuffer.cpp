@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <iterator>
 
 namespace {
@@ -23,19 +22,6 @@ bool is_one_of(const char* name, std::initializer_list<const char*> names) {
 bool has_area(const char* type) { return !is_one_of(type, {"Node", "OneNode", "Edge", "Superelement", ""}); }
 
 } // namespace
-
-EntityIdentity::EntityIdentity(const GPicked::PickedEntity& entity)
-    : is_node(std::strcmp(entity.type(), "Node") == 0), database(entity.database()), handle(entity.handle()) {}
-
-bool operator==(const EntityIdentity& left, const EntityIdentity& right) {
-  return left.is_node == right.is_node && left.database == right.database && left.handle == right.handle;
-}
-
-std::size_t EntityIdentityHash::operator()(const EntityIdentity& identity) const {
-  // Handles are often consecutive; the multiplication spreads them.
-  const unsigned long long mixed = (identity.handle * 2 + identity.is_node) * 0x9e3779b97f4a7c15ull;
-  return static_cast<std::size_t>(mixed ^ (mixed >> 32)) ^ std::hash<const void*>()(identity.database);
-}
 
 void SelectionBuffer::add(const GPicked::PickedEntity& entity, const float* point, float distance, bool exact) {
   const std::size_t place = follow(entity, point, distance, exact);
@@ -68,12 +54,12 @@ std::size_t SelectionBuffer::follow(const GPicked::PickedEntity& entity, const f
 std::size_t SelectionBuffer::place_of(const GPicked::PickedEntity& entity, const float* point, float distance,
                                       bool exact) {
   const EntityIdentity identity(entity);
-  const auto [found, is_new] = place_of_.emplace(identity, hits_.size());
+  const auto [place, is_new] = places_.add(identity);
   if (is_new) {
     hits_.push_back({EntitySelection(&entity, point, distance, exact), identity, has_area(entity.type()), picker_});
     seen_.push_back({&entity, distance, exact});
   }
-  return found->second;
+  return place;
 }
 
 SelectionBuffer::Scope::Scope(SelectionBuffer& buffer, GPicker* picker) : outer_(current_buffer) {
@@ -86,6 +72,6 @@ SelectionBuffer::Scope::~Scope() { current_buffer = outer_; }
 SelectionBuffer* SelectionBuffer::current() { return current_buffer; }
 
 const PickHit* SelectionBuffer::find(const EntityIdentity& identity) const {
-  const auto found = place_of_.find(identity);
-  return found == place_of_.end() ? nullptr : &hits_[found->second];
+  const std::size_t place = places_.find(identity);
+  return place < hits_.size() ? &hits_[place] : nullptr;
 }

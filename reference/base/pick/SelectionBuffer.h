@@ -1,34 +1,13 @@
 #pragma once
 
 #include "platform/base/EntitySelection.h"
+#include "reference/base/pick/EntityIdentity.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 class GPicker;
-
-namespace Tarn {
-class MeshData;
-}
-
-/// What makes two records the same entity: node or not, database, handle. Taken once: asking a record for its kind may
-/// ask its database.
-struct EntityIdentity {
-  explicit EntityIdentity(const GPicked::PickedEntity& entity);
-
-  bool is_node;
-  const Tarn::MeshData* database;
-  unsigned long long handle;
-};
-
-bool operator==(const EntityIdentity& left, const EntityIdentity& right);
-
-/// Hashes an identity.
-struct EntityIdentityHash {
-  std::size_t operator()(const EntityIdentity& identity) const;
-};
 
 /// A hit of a pick, and who reported it.
 struct PickHit {
@@ -84,6 +63,6 @@ private:
   std::vector<Seen> seen_; // parallel to `hits_`
   std::vector<Step> steps_;
   std::uint32_t last_ = 0; // the step of the last report
-  std::unordered_map<EntityIdentity, std::size_t, EntityIdentityHash> place_of_;
+  IdentityNumbers places_;
   GPicker* picker_ = nullptr;
 };

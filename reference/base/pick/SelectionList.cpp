@@ -24,11 +24,12 @@ std::vector<PickHit> SelectionList::take_out(const std::function<bool(const Pick
 void SelectionList::take_out(const EntityIdentity& identity) {
   if (gone_.empty()) {
     gone_.assign(hits_.size(), 0);
-    for (std::size_t i = 0; i < hits_.size(); ++i)
-      places_.emplace(hits_[i].identity, i);
+    places_.reserve(hits_.size());
+    for (const PickHit& hit : hits_)
+      places_.add(hit.identity);
   }
-  const auto found = places_.find(identity);
-  if (found != places_.end()) gone_[found->second] = 1;
+  const std::size_t place = places_.find(identity);
+  if (place < gone_.size()) gone_[place] = 1;
 }
 
 void SelectionList::clear() {

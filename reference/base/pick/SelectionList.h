@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/base/EntitySelection.h"
+#include "reference/base/pick/EntityIdentity.h"
 #include "reference/base/pick/SelectionBuffer.h"
 
 #include <cstddef>
 #include <functional>
-#include <unordered_map>
 #include <vector>
 
 /// A list of selections in order, with what is known of each beside it, and the place that a walk through it has
@@ -41,5 +41,5 @@ private:
   mutable std::size_t place_ = 0;
   mutable bool left_ = false;      // the entry where the walk stood is gone; `place_` is the next one's
   mutable std::vector<char> gone_; // parallel, or empty: none is gone
-  mutable std::unordered_map<EntityIdentity, std::size_t, EntityIdentityHash> places_; // made for the first that goes
+  mutable IdentityNumbers places_; // made for the first that goes
 };
