@@ -13,6 +13,7 @@ class PickedEntity;
 /// window, origin at the lower left. Hits go to the pick system through `add_to_selection_buffer`.
 class ORBEL_BASE_API GPicker {
 public:
+  /// Leaves the registry if it is still in it, also when a derived constructor throws.
   virtual ~GPicker();
   GPicker(const GPicker&) = delete;
   GPicker& operator=(const GPicker&) = delete;

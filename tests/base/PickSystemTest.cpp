@@ -5,8 +5,11 @@
 #include "platform/base/GModel.h"
 #include "platform/base/PickRectangle.h"
 
+#include <array>
+#include <cstddef>
 #include <limits>
 #include <memory>
+#include <new>
 #include <stdexcept>
 
 using testing::ElementsAre;
@@ -280,6 +283,43 @@ TEST(EntitySelectionValue, GivenAnEntity_WhenCopiedAndAssigned_ThenItLivesAsLong
     EXPECT_TRUE(copy.is_exact());
   }
   EXPECT_EQ(FakeEntity::alive, before);
+}
+
+/// Registers, and then its constructor throws: its own destructor does not run.
+class BrokenPicker : public GPicker {
+public:
+  BrokenPicker() {
+    GPickerBase::register_picker("Hex", this);
+    GPickerBase::register_picker("Tet", this);
+    throw std::runtime_error("no memory");
+  }
+  void compute_pick(vtkRenderer*, float, float) override {}
+  void compute_pre_select(vtkRenderer*, float, float) override {}
+  void compute_pick_by_bounds(vtkRenderer*, PickBounds*) override {}
+};
+
+TEST_F(PickSystem, GivenAPickerThatThrowsInItsConstructor_WhenPicking_ThenNobodyAsksWhatNeverLived) {
+  alignas(BrokenPicker) std::array<std::byte, sizeof(BrokenPicker)> place;
+  EXPECT_THROW(new (place.data()) BrokenPicker, std::runtime_error);
+  auto* const never_lived = reinterpret_cast<BrokenPicker*>(place.data());
+  EXPECT_FALSE(GPickerBase::unregister_picker("Hex", never_lived));
+  EXPECT_FALSE(GPickerBase::unregister_picker("Tet", never_lived));
+  EXPECT_FALSE(pick());
+}
+
+TEST_F(PickSystem, GivenAPickerThatDoesNotUnregister_WhenItDies_ThenItLeavesAndItsRecordsGo) {
+  class Forgetful : public FakePicker {
+  public:
+    Forgetful() : FakePicker({}) { GPickerBase::register_picker("Hex", this); }
+  };
+  auto picker = std::make_unique<Forgetful>();
+  picker->hits = {{"Hex", 1}};
+  EXPECT_TRUE(pick());
+  ASSERT_THAT(picked(), testing::ElementsAre("Hex 1"));
+  picker.reset();
+  EXPECT_THAT(picked(), testing::IsEmpty());
+  EXPECT_THAT(possible(), testing::IsEmpty());
+  EXPECT_FALSE(pick());
 }
 
 } // namespace

@@ -3,14 +3,25 @@
 #include "platform/base/PickCircle.h"
 #include "platform/base/PickPolygon.h"
 #include "platform/base/PickRectangle.h"
+#include "reference/base/pick/PickState.h"
 #include "reference/base/pick/SelectionBuffer.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
-GPicker::GPicker() = default;
+// The registry is there before any picker, so that it goes after the last.
+GPicker::GPicker() { PickState::instance(); }
 
-GPicker::~GPicker() = default;
+// A derived constructor that threw halfway through its registrations took none back: only this destructor runs then.
+GPicker::~GPicker() {
+  auto& pickers = PickState::instance().pickers;
+  const auto its =
+      std::remove_if(pickers.begin(), pickers.end(), [this](const auto& each) { return each.second == this; });
+  if (its == pickers.end()) return;
+  pickers.erase(its, pickers.end());
+  PickState::instance().forget(this);
+}
 
 void GPicker::compute_pick_by_box(vtkRenderer* renderer, int* const low, int* const high) {
   const double from[2] = {double(low[0]), double(low[1])};
