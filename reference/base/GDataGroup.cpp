@@ -88,7 +88,13 @@ void GDataGroup::update_all(std::vector<GDataGroup*>* updated) {
   for (const Step& step : steps) {
     if (step.life.expired() || !step.group->d->marked) continue;
     step.group->d->marked = false;
-    step.group->do_update();
+    try {
+      step.group->do_update();
+    } catch (...) {
+      // What a host's database throws must not cost the update: the next walk tries again.
+      if (!step.life.expired()) step.group->d->marked = true;
+      throw;
+    }
     if (updated && !step.life.expired()) updated->push_back(step.group);
   }
 }

@@ -41,12 +41,14 @@ std::shared_ptr<LabelFrame> LabelFrame::get(vtkRenderer* renderer) {
 
 LabelFrame::LabelFrame(vtkRenderer* renderer) : renderer_(renderer) {
   frame_ends_->SetClientData(this);
-  frame_ends_->SetCallback([](vtkObject*, unsigned long, void* self, void*) {
-    auto* frame = static_cast<LabelFrame*>(self);
-    frame->done_.clear();
-    frame->depth_.forget();
-  });
+  frame_ends_->SetCallback(
+      [](vtkObject*, unsigned long, void* self, void*) { static_cast<LabelFrame*>(self)->forget(); });
   renderer->AddObserver(vtkCommand::EndEvent, frame_ends_);
+}
+
+void LabelFrame::forget() {
+  done_.clear();
+  depth_.forget();
 }
 
 LabelFrame::~LabelFrame() {
@@ -63,15 +65,22 @@ void LabelFrame::draw(GLabelMapper* mapper, const std::function<void()>& add_own
   // Whatever a host's database throws on the way, the next frame starts afresh.
   struct Collecting {
     explicit Collecting(LabelFrame& frame_in) : frame(frame_in) { frame.collecting_ = true; }
-    ~Collecting() { frame.collecting_ = false; }
+    ~Collecting() {
+      frame.collecting_ = false;
+      if (done) return;
+      frame.forget();
+      frame.painted_ = {0}; // of nobody: what changed in this frame is not on the picture
+    }
     LabelFrame& frame;
+    bool done = false;
   };
   const ActorList actors = label_actors(renderer_); // keeps the mappers until all is painted
   entries_.clear();
   changed_ = false;
   {
-    const Collecting collecting(*this);
+    Collecting collecting(*this);
     collect(mapper, add_own, actors);
+    collecting.done = true;
   }
   draw_collected();
 }

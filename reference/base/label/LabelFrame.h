@@ -54,6 +54,7 @@ private:
 
   void collect(GLabelMapper* mapper, const std::function<void()>& add_own, const ActorList& actors);
   void draw_collected();
+  void forget();
 
   vtkWeakPointer<vtkRenderer> renderer_;
   FrameDepth depth_;

@@ -26,9 +26,15 @@ void GModel::add_part(vtkDataObject* data, PropFactory factory) {
   d->parts.emplace(serial, Private::Part{data, std::move(factory)});
 
   const std::weak_ptr<char> alive = d->life;
-  for (GView* view : std::vector<GView*>(Stage::instance().views)) {
-    d->show_part(view, serial);
-    if (alive.expired()) return;
+  try {
+    for (GView* view : std::vector<GView*>(Stage::instance().views)) {
+      d->show_part(view, serial);
+      if (alive.expired()) return;
+    }
+  } catch (...) {
+    // A part that is missing in some views could not be added again: it is known already.
+    if (!alive.expired()) GModel::remove_part(data);
+    throw;
   }
 }
 

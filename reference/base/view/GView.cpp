@@ -16,6 +16,9 @@
 #include <vtkRenderer.h>
 #include <vtkRendererCollection.h>
 
+#include <exception>
+#include <utility>
+
 namespace {
 
 // VTK's initial DPI says that nobody has asked the display yet.
@@ -27,16 +30,50 @@ bool draws_labels(vtkProp* prop) {
   return actor && actor->GetVisibility() && GLabelMapper::SafeDownCast(actor->GetMapper());
 }
 
+/// Sets a window so that frames leave the depth of one renderer behind and nothing to be seen, for as long as it lives.
+class OnlyDepth {
+public:
+  OnlyDepth(vtkRenderWindow* window, vtkRenderer* renderer)
+      : window_(window), swaps_(window->GetSwapBuffers()), samples_(window->GetMultiSamples()) {
+    // Other renderers would draw over the depth.
+    vtkCollectionSimpleIterator place;
+    window->GetRenderers()->InitTraversal(place);
+    while (vtkRenderer* each = window->GetRenderers()->GetNextRenderer(place))
+      if (each != renderer && each->GetDraw()) others_.emplace_back(each);
+    for (const auto& other : others_)
+      other->DrawOff();
+    window->SetSwapBuffers(false);
+    window->SetMultiSamples(0);
+  }
+  ~OnlyDepth() {
+    window_->SetMultiSamples(samples_);
+    window_->SetSwapBuffers(swaps_);
+    for (const auto& other : others_)
+      other->DrawOn();
+  }
+  OnlyDepth(const OnlyDepth&) = delete;
+  OnlyDepth& operator=(const OnlyDepth&) = delete;
+
+private:
+  vtkSmartPointer<vtkRenderWindow> window_;
+  std::vector<vtkSmartPointer<vtkRenderer>> others_;
+  bool swaps_;
+  int samples_;
+};
+
 } // namespace
 
 struct GView::Private {
   explicit Private(GView* view) : self(view) {}
 
   void open(vtkRenderWindow* window_of_host);
+  void meet_models();
   void close();
 
   static void observe(vtkObject* object, unsigned long event, vtkCallbackCommand* command,
                       void (*callback)(vtkObject*, unsigned long, void*, void*), Private* state);
+  void draw();
+  void start_frame();
   void prepare_models();
   void start_drawing();
   std::vector<vtkActor*> part_actors() const;
@@ -50,6 +87,7 @@ struct GView::Private {
   FrameLooks::Pass pass = FrameLooks::Pass::Picture;
   std::shared_ptr<LabelFrame> label_frame;
   bool reading_label_depth = false;
+  std::exception_ptr* thrown = nullptr; // where a frame of the view's own keeps what a model throws
   // Frames also come from interactors, captures and hosts that render the window themselves: listening to the window
   // and the renderer gives all of them the same picture.
   vtkNew<vtkCallbackCommand> frame_starts;
@@ -68,7 +106,7 @@ void GView::Private::open(vtkRenderWindow* window_of_host) {
 
   observe(
       window, vtkCommand::StartEvent, frame_starts,
-      [](vtkObject*, unsigned long, void* state, void*) { static_cast<Private*>(state)->prepare_models(); }, this);
+      [](vtkObject*, unsigned long, void* state, void*) { static_cast<Private*>(state)->start_frame(); }, this);
   observe(
       renderer, vtkCommand::StartEvent, drawing_starts,
       [](vtkObject*, unsigned long, void* state, void*) { static_cast<Private*>(state)->start_drawing(); }, this);
@@ -84,12 +122,57 @@ void GView::Private::observe(vtkObject* object, unsigned long event, vtkCallback
   object->AddObserver(event, command);
 }
 
+void GView::Private::meet_models() {
+  Stage& stage = Stage::instance();
+  stage.views.push_back(self);
+  for (GModel* model : std::vector<GModel*>(stage.models))
+    if (stage.is_hooked(model)) model->d->show_in(self);
+}
+
 void GView::Private::close() {
+  Stage& stage = Stage::instance();
+  stage.leave(self);
+  for (GModel* model : std::vector<GModel*>(stage.models))
+    model->d->hide_from(self);
   window->RemoveObserver(frame_starts);
   renderer->RemoveObserver(drawing_starts);
   renderer->RemoveObserver(drawing_ends);
   looks.take_off();
   window->RemoveRenderer(renderer);
+}
+
+// VTK takes a window for busy for good when an exception leaves a frame, and draws no more. So what the models of a
+// frame of the view's own throw is kept until the frame is done; others, which an interactor or the host asked for, are
+// broken off, and the window is free again.
+void GView::Private::draw() {
+  // Kept here: a model may close the view during its own frame.
+  const vtkSmartPointer<vtkRenderWindow> kept_window = window;
+  const std::weak_ptr<char> alive = life;
+  std::exception_ptr thrown_here;
+  std::exception_ptr* const outer = std::exchange(thrown, &thrown_here);
+  try {
+    kept_window->Render();
+  } catch (...) { // on the way through the renderer: labels ask the database when they are drawn
+    thrown_here = std::current_exception();
+    kept_window->ClearInRenderStatus();
+    if (!alive.expired()) looks.take_off();
+  }
+  if (!alive.expired()) thrown = outer;
+  if (thrown_here) std::rethrow_exception(thrown_here);
+}
+
+void GView::Private::start_frame() {
+  const vtkSmartPointer<vtkRenderWindow> kept_window = window;
+  std::exception_ptr* const keep_in = thrown;
+  try {
+    prepare_models();
+  } catch (...) {
+    if (!keep_in) {
+      kept_window->ClearInRenderStatus();
+      throw;
+    }
+    *keep_in = std::current_exception();
+  }
 }
 
 void GView::Private::prepare_models() {
@@ -129,7 +212,12 @@ bool GView::Private::labels_need_own_depth() const {
 void GView::Private::read_label_depth() {
   if (!label_frame) label_frame = LabelFrame::get(renderer);
   reading_label_depth = true;
-  renderer->Render();
+  try {
+    renderer->Render();
+  } catch (...) {
+    reading_label_depth = false;
+    throw;
+  }
   reading_label_depth = false;
   label_frame->depth().read(renderer);
 }
@@ -151,54 +239,36 @@ GView::GView(vtkRenderWindow* window) : d(std::make_unique<Private>(this)) {
   // host's choice stands once a view is open.
   if (views().empty()) vtkMapper::SetResolveCoincidentTopologyToPolygonOffset();
   d->open(window);
-
-  Stage& stage = Stage::instance();
-  stage.views.push_back(this);
-  for (GModel* model : std::vector<GModel*>(stage.models))
-    if (stage.is_hooked(model)) model->d->show_in(this);
+  try {
+    d->meet_models();
+  } catch (...) {
+    d->close(); // no destructor runs
+    throw;
+  }
 }
 
-GView::~GView() {
-  Stage& stage = Stage::instance();
-  stage.leave(this);
-  for (GModel* model : std::vector<GModel*>(stage.models))
-    model->d->hide_from(this);
-  d->close();
-}
+GView::~GView() { d->close(); }
 
 vtkRenderer* GView::renderer() const { return d->renderer; }
 
 vtkRenderWindow* GView::window() const { return d->window; }
 
-void GView::render() {
-  // Kept here: a model may close the view during its own frame.
-  const vtkSmartPointer<vtkRenderWindow> window = d->window;
-  window->Render();
-}
+void GView::render() { d->draw(); }
 
 void GView::render_depth() {
-  const vtkSmartPointer<vtkRenderWindow> window = d->window;
+  const OnlyDepth setting(d->window, d->renderer);
   const std::weak_ptr<char> alive = d->life;
-  const bool swaps = window->GetSwapBuffers();
-  const int samples = window->GetMultiSamples();
-  std::vector<vtkSmartPointer<vtkRenderer>> others;
-  vtkCollectionSimpleIterator place;
-  window->GetRenderers()->InitTraversal(place);
-  while (vtkRenderer* each = window->GetRenderers()->GetNextRenderer(place))
-    if (each != d->renderer && each->GetDraw()) others.emplace_back(each);
-
-  // Other renderers would draw over the depth; nothing of this frame is to be seen.
-  for (const auto& other : others)
-    other->DrawOff();
-  window->SetSwapBuffers(false);
-  window->SetMultiSamples(0);
+  const auto draw_pictures_again = [&] {
+    if (!alive.expired()) d->pass = FrameLooks::Pass::Picture;
+  };
   d->pass = FrameLooks::Pass::Depth;
-  window->Render();
-  if (!alive.expired()) d->pass = FrameLooks::Pass::Picture;
-  window->SetMultiSamples(samples);
-  window->SetSwapBuffers(swaps);
-  for (const auto& other : others)
-    other->DrawOn();
+  try {
+    d->draw();
+  } catch (...) {
+    draw_pictures_again();
+    throw;
+  }
+  draw_pictures_again();
 }
 
 const std::vector<GView*>& GView::views() { return Stage::instance().views; }
