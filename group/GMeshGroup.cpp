@@ -104,7 +104,12 @@ const MeshVector& GMeshGroup::get_filtered_mesh() {
 void GMeshGroup::update_mesh() {
   if (!mesh_dirty_) return;
   mesh_dirty_ = false;
-  rebuild_mesh();
+  try {
+    rebuild_mesh();
+  } catch (...) {
+    mesh_dirty_ = true; // a host's database threw: asked again next time
+    throw;
+  }
 }
 
 bool GMeshGroup::empty() const { return mesh_.empty(); }

@@ -93,7 +93,12 @@ void GMeshLabels::RenderOverlay(vtkViewport* viewport, vtkActor2D* actor) {
         model_->label_flag_time()->GetMTime() > built) {
       build_time_.Modified();
       clear();
-      add_labels(group);
+      try {
+        add_labels(group);
+      } catch (...) {
+        build_time_ = vtkTimeStamp(); // a host's database threw: labelled anew in the next frame
+        throw;
+      }
     }
   }
   GLabelMapper::RenderOverlay(viewport, actor);

@@ -106,11 +106,17 @@ void GMeshModel::add_mesh(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, T
 
 void GMeshModel::add_record(Tarn::SMeshOwnerType* owner, const MeshVector& mesh, std::unique_ptr<GMeshGroup> group) {
   group->set_mesh(owner, mesh, this);
-  add_mesh_group(group.get());
   GMeshGraphics record;
   record.group = group.get();
-  if (any_label_flag_on()) create_label_object(record);
-  groups_.emplace(owner, record);
+  try {
+    add_mesh_group(group.get());
+    if (any_label_flag_on()) create_label_object(record);
+    groups_.emplace(owner, record);
+  } catch (...) { // a host's database threw: nothing of the mesh stays
+    remove_mesh_group(group.get());
+    destroy_label_object(record);
+    throw;
+  }
   group.release();
   if (clipping_plane_) record.group->set_clipping_plane(clipping_plane_);
 }
@@ -124,7 +130,12 @@ void GMeshModel::add_mesh_unique(const MeshVector& mesh, Tarn::SMeshOwnerType* o
   }
   GMeshGroup* group = record->second.group;
   remove_mesh_group(group);
-  group->set_mesh(owner, mesh, this);
+  try {
+    group->set_mesh(owner, mesh, this);
+  } catch (...) { // a host's database threw: what is shown of the mesh stays in view
+    add_mesh_group(group);
+    throw;
+  }
   add_mesh_group(group);
   if (any_label_flag_on()) create_label_object(record->second);
   if (clipping_plane_) group->set_clipping_plane(clipping_plane_);

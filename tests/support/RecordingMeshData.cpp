@@ -16,6 +16,8 @@ std::int64_t number(std::uint64_t value) { return static_cast<std::int64_t>(valu
 
 } // namespace
 
+DatabaseError::DatabaseError() : std::runtime_error("database") {}
+
 RecordingMeshData::RecordingMeshData(Tarn::MeshData& database) : database_(database) {}
 RecordingMeshData::~RecordingMeshData() = default;
 
@@ -38,6 +40,7 @@ std::vector<std::string> RecordingMeshData::operations() const {
 }
 
 void RecordingMeshData::forget_calls() {
+  if (throwing_call_ != ~std::size_t(0)) throwing_call_ -= calls_.size();
   calls_.clear();
   call_counts_.clear();
 }
@@ -46,12 +49,14 @@ void RecordingMeshData::fail(const std::string& operation) { failing_.insert(ope
 void RecordingMeshData::fail_call(const std::string& operation, std::size_t n) {
   failing_calls_.insert({operation, n});
 }
+void RecordingMeshData::throw_after(std::size_t n) { throwing_call_ = calls_.size() + n; }
 void RecordingMeshData::lose(Tarn::Handle<0> node) { lost_nodes_.insert(node.value); }
 void RecordingMeshData::lose(Tarn::Handle<1> element) { lost_elements_.insert(element.value); }
 void RecordingMeshData::report_count(const std::string& operation, std::uint64_t count) { counts_[operation] = count; }
 void RecordingMeshData::report_type(Tarn::Handle<1> element, std::uint32_t type) { types_[element.value] = type; }
 
 void RecordingMeshData::answer_well() {
+  throwing_call_ = ~std::size_t(0);
   failing_.clear();
   failing_calls_.clear();
   lost_nodes_.clear();
@@ -64,6 +69,10 @@ bool RecordingMeshData::begin(DatabaseCall call) {
   const std::size_t n = call_counts_[call.operation]++;
   const bool fails = failing_.count(call.operation) != 0 || failing_calls_.count({call.operation, n}) != 0;
   calls_.push_back(std::move(call));
+  if (calls_.size() - 1 == throwing_call_) {
+    throwing_call_ = ~std::size_t(0);
+    throw DatabaseError();
+  }
   return !fails;
 }
 

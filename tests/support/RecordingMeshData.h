@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,11 @@ struct DatabaseCall {
   std::vector<std::uint64_t> handles;    ///< the entities asked about, in order
   Tarn::SMeshOwnerType* owner = nullptr; ///< the owner asked about
   std::vector<std::int64_t> numbers;     ///< the plain numbers given: capacities, lengths, selectors, kinds, in order
+};
+
+/// What `RecordingMeshData::throw_after` throws.
+struct DatabaseError : std::runtime_error {
+  DatabaseError();
 };
 
 /// Stands before any mesh database, writes down every call, and can make it answer badly. Failures last until
@@ -41,6 +47,8 @@ public:
   void fail(const std::string& operation);
   /// Only its n-th call fails, counted from 0 since the last `forget_calls`.
   void fail_call(const std::string& operation, std::size_t n);
+  /// The n-th call from now, of whatever operation, throws a `DatabaseError`, once.
+  void throw_after(std::size_t n);
   /// The database no longer knows the node.
   void lose(Tarn::Handle<0> node);
   /// The database no longer knows the element.
@@ -91,6 +99,7 @@ private:
   Tarn::MeshData& database_;
   std::vector<DatabaseCall> calls_;
   std::map<std::string, std::size_t> call_counts_;
+  std::size_t throwing_call_ = ~std::size_t(0); // place in calls_
   std::set<std::string> failing_;
   std::set<std::pair<std::string, std::size_t>> failing_calls_;
   std::set<std::uint64_t> lost_nodes_;
