@@ -8,8 +8,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
+#include <iterator>
 #include <map>
 
 namespace viewer {
@@ -27,15 +30,44 @@ std::optional<std::array<float, 3>> point_of(const EntitySelection& selection) {
   return is_of_ray ? std::optional(point) : std::nullopt;
 }
 
-Tarn::SMeshOwnerType* owner_of(const PickRecord& record, Tarn::MeshDatabase& database) {
-  Tarn::SMeshOwnerType* owner = nullptr;
-  const Tarn::Handle<0> node = {record.handle};
-  const Tarn::Handle<1> element = {record.handle};
-  if (record.is_node)
-    database.get_node_owners(1, &node, &owner);
-  else
-    database.get_element_owners(1, &element, &owner);
-  return owner;
+// All that a selection tells of itself; the rest is the database's to tell.
+PickRecord begin_record(const EntitySelection& selection) {
+  const GPicked::PickedEntity& entity = *selection.entity();
+  PickRecord record;
+  record.type = entity.type();
+  record.is_node = record.type == "Node";
+  record.id = entity.id();
+  record.handle = entity.handle();
+  record.distance = selection.distance();
+  record.exact = selection.is_exact();
+  record.point = point_of(selection);
+  return record;
+}
+
+void add_global_ids(std::vector<PickRecord>& records, Tarn::MeshDatabase& database) {
+  std::vector<Tarn::Handle<1>> elements;
+  std::vector<PickRecord*> bearers;
+  for (PickRecord& record : records) {
+    if (record.is_node) continue;
+    elements.push_back({record.handle});
+    bearers.push_back(&record);
+  }
+  std::vector<int> ids(elements.size(), 0);
+  std::vector<char> has_id(elements.size(), 0);
+  database.get_global_element_ids(elements.size(), elements.data(), ids.data(), has_id.data());
+  for (std::size_t i = 0; i < elements.size(); ++i)
+    if (has_id[i] != 0) bearers[i]->global_id = ids[i];
+}
+
+void add_owners(std::vector<PickRecord>& records, const std::vector<Tarn::SMeshOwnerType*>& owners,
+                Tarn::MeshDatabase& database) {
+  std::map<Tarn::SMeshOwnerType*, std::string> names;
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const auto [name, is_new] = names.emplace(owners[i], "");
+    if (is_new) name->second = database.owner_name(owners[i]);
+    records[i].owner = owners[i];
+    records[i].owner_name = name->second;
+  }
 }
 
 // What is no number has no text in JSON.
@@ -64,42 +96,55 @@ Json record_json(const PickRecord& record) {
           {"point", point_json(record.point)}};
 }
 
-EntityKind kind_of_record(const PickRecord& record) {
-  if (record.is_node) return EntityKind::Node;
+EntityKind kind_of_type(const std::string& name) {
+  if (name == "Node") return EntityKind::Node;
   for (std::uint32_t type = Tarn::OneNode; type <= Tarn::Superelement; ++type)
-    if (record.type == MDBDefines::TarnTypeName(static_cast<Tarn::ElementType>(type)))
+    if (name == MDBDefines::TarnTypeName(static_cast<Tarn::ElementType>(type)))
       return kind_of(static_cast<Tarn::ElementType>(type));
   return EntityKind::Element;
 }
 
 } // namespace
 
-PickRecord describe(const EntitySelection& selection, Tarn::MeshDatabase& database) {
-  const GPicked::PickedEntity& entity = *selection.entity();
-  PickRecord record;
-  record.type = entity.type();
-  record.is_node = record.type == "Node";
-  record.id = entity.id();
-  record.handle = entity.handle();
-  if (!record.is_node) {
-    int id = 0;
-    bool has_id = false;
-    database.get_element_global_id({record.handle}, &id, &has_id);
-    if (has_id) record.global_id = id;
+bool holds_node(const EntitySelection& selection) {
+  return selection.entity() != nullptr && std::strcmp(selection.entity()->type(), "Node") == 0;
+}
+
+std::vector<Tarn::SMeshOwnerType*> owners_of(const std::vector<EntitySelection>& selections,
+                                             Tarn::MeshDatabase& database) {
+  std::vector<Tarn::Handle<0>> nodes;
+  std::vector<Tarn::Handle<1>> elements;
+  std::vector<char> is_node;
+  is_node.reserve(selections.size());
+  for (const EntitySelection& selection : selections) {
+    is_node.push_back(holds_node(selection) ? 1 : 0);
+    const std::uint64_t handle = selection.entity()->handle();
+    if (is_node.back() != 0)
+      nodes.push_back({handle});
+    else
+      elements.push_back({handle});
   }
-  record.owner = owner_of(record, database);
-  record.owner_name = database.owner_name(record.owner);
-  record.distance = selection.distance();
-  record.exact = selection.is_exact();
-  record.point = point_of(selection);
-  return record;
+  std::vector<Tarn::SMeshOwnerType*> of_nodes(nodes.size(), nullptr), of_elements(elements.size(), nullptr);
+  database.get_node_owners(nodes.size(), nodes.data(), of_nodes.data());
+  database.get_element_owners(elements.size(), elements.data(), of_elements.data());
+  std::vector<Tarn::SMeshOwnerType*> owners;
+  owners.reserve(selections.size());
+  auto node = of_nodes.begin(), element = of_elements.begin();
+  for (const char each : is_node)
+    owners.push_back(each != 0 ? *node++ : *element++);
+  return owners;
+}
+
+PickRecord describe(const EntitySelection& selection, Tarn::MeshDatabase& database) {
+  return describe(std::vector<EntitySelection>{selection}, database).front();
 }
 
 std::vector<PickRecord> describe(const std::vector<EntitySelection>& selections, Tarn::MeshDatabase& database) {
   std::vector<PickRecord> records;
   records.reserve(selections.size());
-  for (const EntitySelection& selection : selections)
-    records.push_back(describe(selection, database));
+  std::transform(selections.begin(), selections.end(), std::back_inserter(records), begin_record);
+  add_global_ids(records, database);
+  add_owners(records, owners_of(selections, database), database);
   return records;
 }
 
@@ -114,9 +159,14 @@ std::string to_json(const std::vector<PickRecord>& records) {
 }
 
 std::string id_lists(const std::vector<PickRecord>& records) {
-  std::map<EntityKind, std::vector<int>> ids;
+  std::map<std::string, std::vector<int>> ids_of_types;
   for (const PickRecord& record : records)
-    ids[kind_of_record(record)].push_back(record.id);
+    ids_of_types[record.type].push_back(record.id);
+  std::map<EntityKind, std::vector<int>> ids;
+  for (const auto& [type, list] : ids_of_types) {
+    std::vector<int>& all = ids[kind_of_type(type)];
+    all.insert(all.end(), list.begin(), list.end());
+  }
   std::string text;
   for (auto& [kind, list] : ids)
     text += (text.empty() ? "" : " ") + id_list(kind, std::move(list));

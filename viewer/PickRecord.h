@@ -28,6 +28,12 @@ struct PickRecord {
   std::optional<std::array<float, 3>> point; ///< none for what regions and ids picked
 };
 
+/// Whether the selection holds a node.
+bool holds_node(const EntitySelection& selection);
+/// The owners of what selections hold, in their order; null for none.
+std::vector<Tarn::SMeshOwnerType*> owners_of(const std::vector<EntitySelection>& selections,
+                                             Tarn::MeshDatabase& database);
+
 /// The record of a selection that holds an entity.
 PickRecord describe(const EntitySelection& selection, Tarn::MeshDatabase& database);
 /// The records of selections, in their order.

@@ -14,7 +14,6 @@
 #include <vtkProperty.h>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace viewer {
@@ -38,13 +37,9 @@ constexpr float highlight_size = 10;
 constexpr double seconds_of_element = 3e-7;
 constexpr double seconds_with_edges = 7e-6;
 
-bool is_node(const EntitySelection& selection) {
-  return selection.entity() != nullptr && std::strcmp(selection.entity()->type(), "Node") == 0;
-}
-
 bool same_entity(const EntitySelection& a, const EntitySelection& b) {
   if (a.entity() == nullptr || b.entity() == nullptr) return a.entity() == b.entity();
-  return is_node(a) == is_node(b) && a.entity()->handle() == b.entity()->handle();
+  return holds_node(a) == holds_node(b) && a.entity()->handle() == b.entity()->handle();
 }
 
 } // namespace
@@ -75,7 +70,7 @@ bool Picking::pick(GView& view, const PickRequest& request, GPickerBase::Change 
     MultiCellPicker::mBoxPickAcceptPartialCells = !whole;
     hit = GPickerBase::pick_by_bounds(&view, *make_bounds(request), change);
   }
-  show_nodes_where_picked();
+  picks_changed();
   return hit;
 }
 
@@ -86,18 +81,18 @@ std::string Picking::select(GView& view, const std::vector<IdSelection>& selecti
     if (!missing.empty()) return missing;
   }
   id_picker_.pick(view, mesh, change);
-  show_nodes_where_picked();
+  picks_changed();
   return "";
 }
 
 void Picking::renew(GView& view) {
   id_picker_.pick(view, std::vector<EntitySelection>(GPickerBase::picked()));
-  show_nodes_where_picked();
+  picks_changed();
 }
 
 bool Picking::next() {
   const bool changed = GPickerBase::next_possible_selection();
-  show_nodes_where_picked();
+  picks_changed();
   return changed;
 }
 
@@ -114,16 +109,32 @@ bool Picking::end_hover() {
   return true;
 }
 
-bool Picking::drop(const std::function<bool(const PickRecord&)>& predicate) {
-  std::vector<EntitySelection> gone; // holds the records while they are told of
+void Picking::drop_all() { drop(std::vector<EntitySelection>(GPickerBase::picked())); }
+
+void Picking::drop(const std::set<Tarn::SMeshOwnerType*>& owners) {
+  const auto& picked = GPickerBase::picked();
+  const auto owner_of_picked = owners_of(picked, scene_.database());
+  std::vector<EntitySelection> gone;
+  for (std::size_t i = 0; i < picked.size(); ++i)
+    if (owners.count(owner_of_picked[i]) != 0) gone.push_back(picked[i]);
+  drop(gone);
+}
+
+// The selections hold the records while they are told of.
+void Picking::drop(const std::vector<EntitySelection>& gone) {
   std::vector<const GPicked::PickedEntity*> entities;
-  for (const EntitySelection& selection : GPickerBase::picked())
-    if (predicate(describe(selection, scene_.database()))) gone.push_back(selection);
+  entities.reserve(gone.size());
   for (const EntitySelection& selection : gone)
     entities.push_back(selection.entity());
   GPickerBase::remove_from_picked_list(static_cast<int>(entities.size()), entities.data());
-  show_nodes_where_picked();
-  return !gone.empty();
+  picks_changed();
+}
+
+std::set<Tarn::SMeshOwnerType*> Picking::picked_owners() const {
+  const auto owners = owners_of(GPickerBase::picked(), scene_.database());
+  std::set<Tarn::SMeshOwnerType*> different(owners.begin(), owners.end());
+  different.erase(nullptr);
+  return different;
 }
 
 std::vector<PickRecord> Picking::picked() const { return describe(GPickerBase::picked(), scene_.database()); }
@@ -137,7 +148,7 @@ bool Picking::picked_centre(std::array<double, 3>& centre) const {
   for (const EntitySelection& selection : GPickerBase::picked()) {
     const std::uint64_t handle = selection.entity()->handle();
     nodes.assign(1, {handle});
-    if (!is_node(selection)) {
+    if (!holds_node(selection)) {
       Tarn::MeshData::Count count = 0;
       database.get_element_node_count({handle}, &count);
       nodes.assign(count, Tarn::Handle<0>());
@@ -190,10 +201,16 @@ void Picking::set_filter(const std::vector<std::string>& filter) {
   GPickerBase::set_filter(filter.empty() ? filter_of_mesh(scene_.database()) : filter);
 }
 
+// Who hovers asks for this at every move of the mouse, so that what is picked is looked through when it changes only.
+void Picking::picks_changed() {
+  const auto& picked = GPickerBase::picked();
+  node_is_picked_ = std::any_of(picked.begin(), picked.end(), holds_node);
+  show_nodes_where_picked();
+}
+
 // A node shows only as a dot; the corners of picked elements need none.
 void Picking::show_nodes_where_picked() {
-  const auto& picked = GPickerBase::picked();
-  highlight_.set_node_vis(is_node(GPickerBase::pre_selection()) || std::any_of(picked.begin(), picked.end(), is_node));
+  highlight_.set_node_vis(node_is_picked_ || holds_node(GPickerBase::pre_selection()));
 }
 
 } // namespace viewer

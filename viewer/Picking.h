@@ -9,8 +9,8 @@
 #include "viewer/PickRecord.h"
 
 #include <array>
-#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,12 +45,16 @@ public:
   bool hover(GView& view, int x, int y);
   /// Pre-selects nothing. True: that changed.
   bool end_hover();
-  /// Picks no longer what the predicate holds for. True: something went.
-  bool drop(const std::function<bool(const PickRecord&)>& predicate);
+  /// Picks nothing any more.
+  void drop_all();
+  /// Picks no longer what belongs to one of the owners.
+  void drop(const std::set<Tarn::SMeshOwnerType*>& owners);
 
   /// What is picked, in order of picking.
   std::vector<PickRecord> picked() const;
   std::size_t picked_count() const;
+  /// The owners of what is picked.
+  std::set<Tarn::SMeshOwnerType*> picked_owners() const;
   /// The middle of the box round the nodes of what is picked; false when nothing is.
   bool picked_centre(std::array<double, 3>& centre) const;
   /// All hits of the last pick, best first.
@@ -70,6 +74,8 @@ public:
   bool whole = false;   ///< whether regions take only what is wholly inside
 
 private:
+  void drop(const std::vector<EntitySelection>& gone);
+  void picks_changed();
   void show_nodes_where_picked();
 
   Scene& scene_;
@@ -77,6 +83,7 @@ private:
   GMeshHighlight highlight_;
   GMeshPicker picker_;
   IdPicker id_picker_;
+  bool node_is_picked_ = false;
 };
 
 } // namespace viewer

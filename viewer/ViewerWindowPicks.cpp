@@ -58,13 +58,6 @@ std::string picked_in_words(const std::vector<PickRecord>& records, const std::s
 
 std::string owner_count(std::size_t count) { return std::to_string(count) + (count == 1 ? " owner" : " owners"); }
 
-std::set<Tarn::SMeshOwnerType*> owners_of(const std::vector<PickRecord>& records) {
-  std::set<Tarn::SMeshOwnerType*> owners;
-  for (const PickRecord& record : records)
-    if (record.owner != nullptr) owners.insert(record.owner);
-  return owners;
-}
-
 } // namespace
 
 bool ViewerWindow::press(const MouseState& mouse) {
@@ -264,7 +257,7 @@ void ViewerWindow::look_at(const std::array<double, 3>& point) {
 }
 
 void ViewerWindow::clear_picks() {
-  picking_.drop([](const PickRecord&) { return true; });
+  picking_.drop_all();
   report_picks();
   say("");
 }
@@ -332,12 +325,12 @@ void ViewerWindow::toggle_kind(const std::string& key) {
 }
 
 void ViewerWindow::hide_picked() {
-  const std::size_t hidden = owners_.hide(owners_of(picking_.picked()));
+  const std::size_t hidden = owners_.hide(picking_.picked_owners());
   owners_changed(hidden == 0 ? "nothing is picked that has an owner" : owner_count(hidden) + " hidden");
 }
 
 void ViewerWindow::isolate_picked() {
-  const std::size_t shown = owners_.show_alone(owners_of(picking_.picked()));
+  const std::size_t shown = owners_.show_alone(picking_.picked_owners());
   owners_changed(shown == 0 ? "nothing is picked that has an owner" : owner_count(shown) + " alone");
 }
 
@@ -345,9 +338,10 @@ void ViewerWindow::isolate_picked() {
 void ViewerWindow::owners_changed(const std::string& text) {
   end_hover();
   forget_click();
-  picking_.drop([this](const PickRecord& record) {
-    return record.owner != nullptr && !scene_.model().get_visibility(record.owner);
-  });
+  std::set<Tarn::SMeshOwnerType*> hidden;
+  for (Tarn::SMeshOwnerType* owner : picking_.picked_owners())
+    if (!scene_.model().get_visibility(owner)) hidden.insert(owner);
+  if (!hidden.empty()) picking_.drop(hidden);
   report_picks();
   say(text);
 }

@@ -3,10 +3,14 @@
 #include "viewer/OptionValues.h"
 #include "viewer/OwnerControl.h"
 #include "viewer/PickKinds.h"
+#include "viewer/PickRecord.h"
 #include "viewer/Scene.h"
 #include "viewer/ScreenText.h"
 
 #include "pick/GMeshPicker.h"
+#include "pick/PickedElement.h"
+#include "pick/PickedNode.h"
+#include "platform/base/EntitySelection.h"
 #include "reference/tarn/MeshDatabase.h"
 
 #include <gmock/gmock.h>
@@ -92,6 +96,44 @@ TEST_F(SmallMesh, GivenAnIdThatNothingHas_WhenLookedFor_ThenSaidAndNothingFound)
   EXPECT_EQ(find("tri@global:7", found), "no tri has the global id 7");
   EXPECT_EQ(find("hex:0-2147483647", found), "no hex has the id 0-2147483647");
   EXPECT_TRUE(found.empty());
+}
+
+TEST_F(SmallMesh, GivenNodesAmongElements_WhenDescribed_ThenEachHasItsOwnIdsAndOwner) {
+  const Tarn::Handle<0> node = database.nodes().front();
+  database.set_node_owner(1, &node, right);
+  GPicked::PickedEntity* const entities[] = {
+      PickedElement::New(tri, &database), PickedNode::New(node, &database), PickedElement::New(quad, &database),
+      PickedNode::New(database.nodes().back(), &database), PickedElement::New({quad.value + 1}, &database)};
+  std::vector<EntitySelection> selections;
+  for (GPicked::PickedEntity* entity : entities) {
+    selections.emplace_back(entity, nullptr, 0.0F, true);
+    entity->Delete();
+  }
+  EXPECT_THAT(owners_of(selections, database), ElementsAre(right, right, left, nullptr, left));
+  const std::vector<PickRecord> records = describe(selections, database);
+  ASSERT_EQ(records.size(), 5u);
+  const struct {
+    const char* type;
+    bool is_node;
+    int id;
+    std::optional<int> global_id;
+    Tarn::SMeshOwnerType* owner;
+    const char* owner_name;
+  } rows[] = {{"Tri", false, 7, std::nullopt, right, "right"},
+              {"Node", true, 11, std::nullopt, right, "right"},
+              {"Quad", false, 5, 100, left, "left"},
+              {"Node", true, 16, std::nullopt, nullptr, ""},
+              {"Quad", false, 9, 100, left, "left"}};
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    EXPECT_EQ(records[i].type, rows[i].type) << i;
+    EXPECT_EQ(records[i].is_node, rows[i].is_node) << i;
+    EXPECT_EQ(records[i].id, rows[i].id) << i;
+    EXPECT_EQ(records[i].global_id, rows[i].global_id) << i;
+    EXPECT_EQ(records[i].owner, rows[i].owner) << i;
+    EXPECT_EQ(records[i].owner_name, rows[i].owner_name) << i;
+    EXPECT_EQ(records[i].handle, selections[i].entity()->handle()) << i;
+  }
+  EXPECT_EQ(id_lists(records), "node:11,16 tri:7 quad:5,9");
 }
 
 TEST_F(SmallMesh, GivenAMesh_WhenItsFilterIsAskedFor_ThenTheKindsThatItHas) {
