@@ -2,8 +2,12 @@
 
 #include "readers/SampleMesh.h"
 
+#include <vtkBoundingBox.h>
+
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
+#include <sstream>
 
 namespace viewer {
 namespace {
@@ -18,6 +22,26 @@ bool same_name_elsewhere(const std::vector<std::string>& paths, const std::strin
 std::string owner_prefix(const std::vector<std::string>& paths, const std::string& path) {
   if (paths.size() == 1) return "";
   return (same_name_elsewhere(paths, path) ? path : file_name(path)) + "/";
+}
+
+// Beyond these sizes products of coordinates leave single precision, in which graphics cards and VTK's shaders reckon.
+constexpr double smallest_drawn = 1e-21;
+constexpr double largest_drawn = 1e33;
+
+/// The diagonal of the box round all nodes; 0 when there are none.
+double size_of(Tarn::MeshDatabase& database) {
+  constexpr std::size_t batch = 65536;
+  const auto nodes = database.nodes();
+  std::vector<double> xyz(3 * std::min(batch, nodes.size()));
+  vtkBoundingBox box;
+  for (std::size_t begin = 0; begin < nodes.size(); begin += batch) {
+    const std::size_t count = std::min(batch, nodes.size() - begin);
+    database.get_double_coordinates(count, &nodes[begin], xyz.data());
+    for (std::size_t i = 0; i < count; ++i)
+      box.AddPoint(&xyz[3 * i]);
+  }
+  if (!box.IsValid()) return 0;
+  return std::hypot(box.GetLength(0), box.GetLength(1), box.GetLength(2));
 }
 
 } // namespace
@@ -54,6 +78,13 @@ std::vector<std::string> notices(const MeshFiles& files) {
     if (!left_out.empty()) lines.push_back(files.paths[i] + ": left out: " + left_out);
     for (const std::string& notice : files.reports[i].notices)
       lines.push_back(files.paths[i] + ": " + notice);
+  }
+  const double size = size_of(*files.database);
+  if (size > 0 && (size < smallest_drawn || size > largest_drawn)) {
+    std::ostringstream line;
+    line << "the mesh is " << size << " across, too " << (size < smallest_drawn ? "small" : "large")
+         << " for single precision: it may not show";
+    lines.push_back(line.str());
   }
   return lines;
 }

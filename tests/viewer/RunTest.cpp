@@ -191,6 +191,29 @@ TEST_F(Displays, GivenPictureAndInfo_WhenBothAreAskedFor_ThenBothCome) {
   EXPECT_EQ(Pixels::read(path).width, 1280);
 }
 
+TEST_F(InFolder, GivenAMeshOfAnySize_WhenDescribed_ThenOneLineTellsWhatCannotBeDrawn) {
+  struct Row {
+    const char* size;
+    const char* line;
+  };
+  const Row rows[] = {
+      {"2e-21", ""},
+      {"1", ""},
+      {"5e32", ""},
+      {"5e-22", "orbel_view: the mesh is 5e-22 across, too small for single precision: it may not show\n"},
+      {"2e38", "orbel_view: the mesh is 2e+38 across, too large for single precision: it may not show\n"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.size);
+    const std::string path = folder + "/line.vtk";
+    std::ofstream(path) << "# vtk DataFile Version 3.0\nline\nASCII\nDATASET UNSTRUCTURED_GRID\nPOINTS 2 double\n0 0 0 "
+                        << row.size << " 0 0\nCELLS 1 3\n2 0 1\nCELL_TYPES 1\n3\n";
+    const Outcome run = run_orbel_view({"--info", path});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, row.line);
+  }
+}
+
 TEST_F(Displays, GivenVerbose_WhenRun_ThenStepsAndTimesOnStandardErrorOnly) {
   const Outcome quiet = run_orbel_view({"--info", mesh("four_kinds.e")}),
                 verbose = run_orbel_view({"--info", "--verbose", mesh("four_kinds.e")});
