@@ -45,16 +45,15 @@ Header read_root(XmlScan& scan, std::string_view type) {
   return header;
 }
 
-// Every point takes three numbers and every cell a type, an offset and a point: two characters each at least.
-void check_count(const XmlTag& piece, const char* attribute, std::uint64_t bytes_each, std::uint64_t budget) {
-  const auto text = piece.attribute(attribute);
+void check_count(const XmlTag& tag, const char* what, const char* attribute, std::uint64_t bytes_each,
+                 std::uint64_t budget) {
+  const auto text = tag.attribute(attribute);
   if (!text) return;
+  const std::string declares = std::string(what) + " declares " + attribute + "=\"";
   const auto count = to_integer(*text);
-  if (!count || *count < 0)
-    throw Refusal(std::string("piece declares ") + attribute + "=\"" + std::string(text->substr(0, 30)) + "\"");
+  if (!count || *count < 0) throw Refusal(declares + std::string(text->substr(0, 30)) + "\"");
   if (static_cast<std::uint64_t>(*count) > budget / bytes_each)
-    throw Refusal(std::string("piece declares ") + attribute + "=\"" + std::to_string(*count) +
-                  "\", more than the file can hold");
+    throw Refusal(declares + std::to_string(*count) + "\", more than the file can hold");
 }
 
 // Two ends for each of three axes; the points between them.
@@ -74,11 +73,19 @@ void check_extent(const XmlTag& tag, const char* attribute) {
   }
 }
 
+// Every point takes three numbers and every cell a type, an offset and a point: two characters each at least.
 void check_piece(const XmlTag& piece, std::uint64_t budget) {
-  check_count(piece, "NumberOfPoints", 6, budget);
+  check_count(piece, "piece", "NumberOfPoints", 6, budget);
   check_extent(piece, "Extent");
   for (const char* cells : {"NumberOfCells", "NumberOfVerts", "NumberOfLines", "NumberOfStrips", "NumberOfPolys"})
-    check_count(piece, cells, 4, budget);
+    check_count(piece, "piece", cells, 4, budget);
+}
+
+// VTK walks through as many components as are declared, even where there are no tuples: for minutes, from 2^31 on.
+void check_array(const XmlTag& array, std::uint64_t budget) {
+  constexpr std::uint64_t TuplesOfByte = 8; // of bits
+  check_count(array, "array", "NumberOfComponents", 1, budget);
+  check_count(array, "array", "NumberOfTuples", 1, TuplesOfByte * budget);
 }
 
 std::uint64_t read_word(const char* at, const Header& header) {
@@ -147,6 +154,7 @@ void check_vtk_xml(std::string_view text, std::string_view type) {
   for (XmlTag tag; scan.next(tag);) {
     if (tag.name == "Piece") check_piece(tag, budget);
     check_extent(tag, "WholeExtent");
+    if (tag.name == "DataArray" || tag.name == "Array") check_array(tag, budget);
     if (tag.name == "DataArray" && value_of(tag, "format") == "appended")
       offsets.push_back(to_integer(tag.attribute("offset").value_or("")).value_or(-1));
     if (tag.name == "AppendedData") {

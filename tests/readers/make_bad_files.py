@@ -69,11 +69,11 @@ SQUARE = "0 0 0  1 0 0  1 1 0  0 1 0"
 
 def vtu(points=SQUARE, connectivity="0 1 2 0 2 3", offsets="3 6", types="5 5", point_count=4, cell_count=2,
         root='type="UnstructuredGrid" version="0.1" byte_order="LittleEndian"', tail="</VTKFile>\n",
-        piece_end="</Piece>", appended="", points_format='format="ascii"'):
+        piece_end="</Piece>", appended="", points_format='format="ascii"', components="3", field=""):
     return f"""<?xml version="1.0"?>
-<VTKFile {root}><UnstructuredGrid>
+<VTKFile {root}><UnstructuredGrid>{field}
 <Piece NumberOfPoints="{point_count}" NumberOfCells="{cell_count}">
-<Points><DataArray type="Float64" NumberOfComponents="3" {points_format}>{points}</DataArray></Points>
+<Points><DataArray type="Float64" NumberOfComponents="{components}" {points_format}>{points}</DataArray></Points>
 <Cells>
 <DataArray type="Int64" Name="connectivity" format="ascii">{connectivity}</DataArray>
 <DataArray type="Int64" Name="offsets" format="ascii">{offsets}</DataArray>
@@ -93,6 +93,13 @@ bad("cells_huge.vtu", vtu(cell_count=2147483647),
     'error: piece declares NumberOfCells="2147483647", more than the file can hold')
 bad("points_negative.vtu", vtu(point_count=-4), 'error: piece declares NumberOfPoints="-4"')
 bad("cells_no_number.vtu", vtu(cell_count="two"), 'error: piece declares NumberOfCells="two"')
+bad("components_huge.vtu", vtu(components=99999999999),
+    'error: array declares NumberOfComponents="99999999999", more than the file can hold')
+bad("components_beyond_64_bits.vtu", vtu(components=2**64 - 1),
+    'error: array declares NumberOfComponents="18446744073709551615"')
+bad("tuples_huge.vtu", vtu(field='<FieldData><DataArray type="Int64" Name="t" NumberOfTuples="99999999999" '
+                                 'format="ascii">1</DataArray></FieldData>'),
+    'error: array declares NumberOfTuples="99999999999", more than the file can hold')
 bad("connectivity_beyond.vtu", vtu(connectivity="0 1 2 0 2 99"), "left out: 1 cells on points that do not exist")
 bad("connectivity_negative.vtu", vtu(connectivity="0 1 2 0 2 -1"), "left out: 1 cells on points that do not exist")
 bad("connectivity_all_beyond.vtu", vtu(connectivity="7 8 9 7 8 9"),
