@@ -19,9 +19,13 @@ bool same_name_elsewhere(const std::vector<std::string>& paths, const std::strin
                      [&](const std::string& other) { return other != path && file_name(other) == file_name(path); });
 }
 
-std::string owner_prefix(const std::vector<std::string>& paths, const std::string& path) {
+// A file that is given again is told apart by a number, as owners of one name in one file are.
+std::string owner_prefix(const std::vector<std::string>& paths, std::size_t index) {
   if (paths.size() == 1) return "";
-  return (same_name_elsewhere(paths, path) ? path : file_name(path)) + "/";
+  const std::string& path = paths[index];
+  const auto earlier = std::count(paths.begin(), paths.begin() + static_cast<std::ptrdiff_t>(index), path);
+  return (same_name_elsewhere(paths, path) ? path : file_name(path)) +
+         (earlier > 0 ? " (" + std::to_string(earlier + 1) + ")" : "") + "/";
 }
 
 // Beyond these sizes products of coordinates leave single precision, in which graphics cards and VTK's shaders reckon.
@@ -49,9 +53,10 @@ double size_of(Tarn::MeshDatabase& database) {
 MeshFiles load_files(const std::vector<std::string>& paths, readers::GroupBy group_by) {
   MeshFiles files;
   files.database = std::make_unique<Tarn::MeshDatabase>();
-  for (const std::string& path : paths) {
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    const std::string& path = paths[i];
     readers::Report report =
-        readers::read_mesh(path, *files.database, readers::Options{group_by, owner_prefix(paths, path)});
+        readers::read_mesh(path, *files.database, readers::Options{group_by, owner_prefix(paths, i)});
     files.error = report.error;
     if (!files.error.empty()) break;
     files.paths.push_back(path);

@@ -18,8 +18,8 @@ struct MeshFiles {
 };
 
 /// Reads files into one database. With more than one, the name of each owner begins with its file's name and a slash;
-/// where files of the same name come from several folders, with the path as given. Stops at the first file that cannot
-/// be read.
+/// where files of the same name come from several folders, with the path as given; where a file is given again, "file
+/// (2)/" and so on. Stops at the first file that cannot be read.
 MeshFiles load_files(const std::vector<std::string>& paths, readers::GroupBy group_by);
 
 /// The built-in sample mesh, every kind of element, as if it came from a file of the name "sample".

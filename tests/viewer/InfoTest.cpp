@@ -218,6 +218,19 @@ TEST(Info, GivenTwoFilesOfOneName_WhenDescribed_ThenOwnersGoByTheirPaths) {
   std::filesystem::remove_all(folder);
 }
 
+TEST(Info, GivenOneFileThrice_WhenDescribed_ThenOwnersAreNumbered) {
+  const json once = info({mesh("bridge_beams.vtk")});
+  const json described = info({mesh("bridge_beams.vtk"), mesh("bridge_beams.vtk"), mesh("bridge_beams.vtk")});
+  std::vector<std::string> expected, names;
+  for (const std::string prefix : {"bridge_beams.vtk/", "bridge_beams.vtk (2)/", "bridge_beams.vtk (3)/"})
+    for (const json& owner : once["owners"])
+      expected.push_back(prefix + owner["name"].get<std::string>());
+  for (const json& owner : described["owners"])
+    names.push_back(owner["name"]);
+  ASSERT_FALSE(once["owners"].empty());
+  EXPECT_EQ(names, expected);
+}
+
 TEST(Info, GivenTheSample_WhenDescribed_ThenEveryKindOfElement) {
   const json described = info({"--sample"});
   EXPECT_EQ(described["file"], "sample");
