@@ -163,6 +163,15 @@ std::vector<vtkPoints*> Scene::visible_points() {
   return sets;
 }
 
+std::string Scene::why_nothing_shows() {
+  if (!visible_points().empty()) return "";
+  const auto shown = visible();
+  const bool any = std::find(shown.begin(), shown.end(), true) != shown.end();
+  return any && display_.clip ? "nothing shows: the clipping plane leaves nothing of it"
+         : any                ? "nothing shows: there is nothing in the owners shown"
+                              : "nothing shows: all owners are hidden";
+}
+
 bool Scene::owner_bounds(std::size_t index, std::array<double, 6>& bounds) {
   GMeshGroup* const group = model_->get_mesh(owners_[index].handle);
   if (group == nullptr || group->get_2d_data()->GetNumberOfPoints() == 0) return false;

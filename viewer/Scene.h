@@ -55,6 +55,8 @@ public:
 
   /// The points of everything that is drawn, one set per visible owner that draws any. Borrowed until the next change.
   std::vector<vtkPoints*> visible_points();
+  /// "" where anything is drawn; else a line that says why nothing is.
+  std::string why_nothing_shows();
   /// xmin, xmax, ymin ... of what one owner draws when it is visible; false when that is nothing.
   bool owner_bounds(std::size_t index, std::array<double, 6>& bounds);
 

@@ -133,8 +133,10 @@ void run(const Options& options) {
   if (options.verbose) tell("hidden: " + joined(hidden_owners(scene)));
 
   std::vector<PickRecord> records;
+  std::string why_nothing_shows;
   if (draws_still) {
     records = draw_and_pick(scene, options, joined(files.paths));
+    why_nothing_shows = scene.why_nothing_shows();
     watch.step(options.output ? "picture " + *options.output : "pick");
   }
   if (options.info) {
@@ -151,6 +153,7 @@ void run(const Options& options) {
   // Only now, so that a run that fails says one thing only.
   for (const std::string& notice : notices(files))
     tell(notice);
+  if (!why_nothing_shows.empty()) tell(joined(files.paths) + ": " + why_nothing_shows);
   if (window) window->run();
 }
 

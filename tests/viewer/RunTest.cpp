@@ -55,6 +55,21 @@ TEST_F(Failures, GivenAMissingFile_WhenOpened_ThenOneLineNamesIt) {
   EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
 }
 
+TEST_F(InFolder, GivenAPictureThatShowsNothing_WhenWritten_ThenOneLineSaysWhy) {
+  const std::string beams = mesh("bridge_beams.vtk"), output = "--output=" + folder + "/a.png";
+  const auto said = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {output, "--resolution=64,64", beams});
+    const Outcome run = run_orbel_view(options);
+    EXPECT_EQ(run.status, 0);
+    return run.err;
+  };
+  EXPECT_EQ(said({"--clip=1,0,0,1000"}),
+            "orbel_view: " + beams + ": nothing shows: the clipping plane leaves nothing of it\n");
+  EXPECT_EQ(said({"--hide=mat_id 1", "--only=mat_id 1"}),
+            "orbel_view: " + beams + ": nothing shows: all owners are hidden\n");
+  EXPECT_EQ(said({}), "");
+}
+
 TEST_F(Failures, GivenBadFiles_WhenOpened_ThenOneLineNamesTheFile) {
   const std::pair<const char*, const char*> rows[] = {{"empty.vtu", ""},
                                                       {"noise.vtk", "this is no mesh\n"},
