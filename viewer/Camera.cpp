@@ -3,6 +3,7 @@
 #include <vtkBoundingBox.h>
 #include <vtkCamera.h>
 #include <vtkMath.h>
+#include <vtkMatrix4x4.h>
 #include <vtkPoints.h>
 #include <vtkRenderer.h>
 
@@ -135,11 +136,12 @@ void fit_parallel(vtkCamera* camera, const Axes& axes, const Reach& reach, doubl
 
 } // namespace
 
-void fit_camera(vtkRenderer* renderer, const std::vector<vtkPoints*>& points) {
+void fit_camera(vtkRenderer* renderer, const std::vector<vtkPoints*>& points, double covered) {
   if (points.empty()) return;
   vtkCamera* const camera = renderer->GetActiveCamera();
   const Axes axes = axes_of(camera);
-  const double aspect = aspect_of(renderer);
+  camera->SetWindowCenter(covered, 0);
+  const double aspect = aspect_of(renderer) * (1 - covered);
   const double slope_up = margin / tangent(view_angle), slope_right = slope_up / aspect;
   const Reach reach = reach_of(points, axes, slope_right, slope_up);
   camera->SetViewAngle(view_angle);
@@ -155,7 +157,8 @@ void fit_camera(vtkRenderer* renderer, const std::vector<vtkPoints*>& points) {
   renderer->ResetCameraClippingRange(bounds);
 }
 
-void point_camera(vtkRenderer* renderer, const std::vector<vtkPoints*>& points, const CameraOptions& options) {
+void point_camera(vtkRenderer* renderer, const std::vector<vtkPoints*>& points, const CameraOptions& options,
+                  double covered) {
   vtkCamera* const camera = renderer->GetActiveCamera();
   const Vector towards = direction_to_eye(options.view);
   const bool along_z = towards[0] == 0 && towards[1] == 0;
@@ -163,10 +166,25 @@ void point_camera(vtkRenderer* renderer, const std::vector<vtkPoints*>& points, 
   camera->SetPosition(towards.data());
   camera->SetViewUp(0, along_z ? 1 : 0, along_z ? 0 : 1);
   camera->SetParallelProjection(options.parallel);
-  fit_camera(renderer, points);
+  fit_camera(renderer, points, covered);
   // By the angle and not by the distance, so that the eye never enters the mesh.
   camera->SetViewAngle(2 * vtkMath::DegreesFromRadians(std::atan(tangent(view_angle) / options.zoom)));
   camera->SetParallelScale(camera->GetParallelScale() / options.zoom);
+}
+
+bool shows_point_in(vtkRenderer* renderer, const std::vector<vtkPoints*>& points, const std::array<int, 4>& frame) {
+  const int* const size = renderer->GetSize();
+  const double aspect = aspect_of(renderer);
+  vtkMatrix4x4* const matrix = renderer->GetActiveCamera()->GetCompositeProjectionTransformMatrix(aspect, -1, 1);
+  for (vtkPoints* set : points)
+    for (vtkIdType i = 0; i < set->GetNumberOfPoints(); ++i) {
+      double p[4] = {0, 0, 0, 1}, seen[4];
+      set->GetPoint(i, p);
+      matrix->MultiplyPoint(p, seen);
+      const double x = (seen[0] / seen[3] + 1) / 2 * size[0], y = (seen[1] / seen[3] + 1) / 2 * size[1];
+      if (x >= frame[0] && x < frame[2] && y >= frame[1] && y < frame[3]) return true;
+    }
+  return false;
 }
 
 } // namespace viewer

@@ -127,6 +127,8 @@ void Legend::lay_out(bool leaves_room) {
     texts_[i]->SetVisibility(static_cast<int>(i) < drawn_);
 }
 
+std::array<int, 4> Legend::frame() const { return {left_, bottom_, right_, top_}; }
+
 bool Legend::covers(int x, int y) const { return drawn_ > 0 && x >= left_ && x < right_ && y >= bottom_ && y < top_; }
 
 std::optional<std::size_t> Legend::owner_at(int x, int y) const {

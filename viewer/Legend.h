@@ -5,6 +5,7 @@
 #include <vtkNew.h>
 #include <vtkSmartPointer.h>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,6 +46,8 @@ public:
   /// Places everything for the renderer's present size; to be called before each frame. `leaves_room`: draws nothing.
   void lay_out(bool leaves_room = false);
 
+  /// Where it lies, or would lie were nothing else in its place: left, bottom, right, top.
+  std::array<int, 4> frame() const;
   /// Whether the place lies on the legend.
   bool covers(int x, int y) const;
   /// The owner whose row lies there.

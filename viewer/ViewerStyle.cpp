@@ -86,8 +86,9 @@ void ViewerStyle::OnLeave() {
   if (handler_ != nullptr && press_ == Press::None) handler_->leave();
 }
 
+// Also while the camera moves: whoever waits for the time must learn that it has come.
 void ViewerStyle::OnTimer() {
-  if (handler_ != nullptr && this->State == VTKIS_NONE) handler_->time_out();
+  if (handler_ != nullptr) handler_->time_out();
 }
 
 void ViewerStyle::OnKeyPress() {

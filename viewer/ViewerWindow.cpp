@@ -107,6 +107,13 @@ void ViewerWindow::render() {
   view_.render();
 }
 
+// With the next timer, and so once for all keys and motion that wait already: where frames take long, they would pile
+// up.
+void ViewerWindow::render_soon() {
+  needs_frame_ = true;
+  wait(1);
+}
+
 void ViewerWindow::update_texts() {
   std::string text = title_ + "   " + std::to_string(owners_.shown_count()) + " of " +
                      std::to_string(scene_.owners().size()) + " owners shown";
@@ -167,6 +174,8 @@ void ViewerWindow::apply_clip() {
     display.clip = clip_.plane();
     return display.clip ? "--clip=" + clip_text(*display.clip) : "clip off";
   });
+  const std::string reason = scene_.why_nothing_shows();
+  if (!reason.empty()) say(reason);
 }
 
 // The kinds that can be picked turn together, by what the first of them shows.
@@ -193,15 +202,26 @@ void ViewerWindow::turn_labels() {
 void ViewerWindow::look_from(ViewFrom view) {
   CameraOptions camera = camera_;
   camera.view = view;
-  point_camera(view_.renderer(), scene_.visible_points(), camera);
+  place_camera([&](double covered) { point_camera(view_.renderer(), scene_.visible_points(), camera, covered); });
   // The zoom of the command line is for the first picture.
   camera_.zoom = 1;
   say(std::string("seen from ") + view_name(view));
 }
 
 void ViewerWindow::fit() {
-  fit_camera(view_.renderer(), scene_.visible_points());
+  place_camera([&](double covered) { fit_camera(view_.renderer(), scene_.visible_points(), covered); });
   say("the whole visible mesh");
+}
+
+// Where the legend would lie on the mesh, the mesh takes the room beside it.
+void ViewerWindow::place_camera(const std::function<void(double covered)>& place) {
+  place(0);
+  if (!legend_.is_visible()) return;
+  update_legend();
+  legend_.lay_out(overlay_.shows_help());
+  const std::array<int, 4> frame = legend_.frame();
+  if (shows_point_in(view_.renderer(), scene_.visible_points(), frame))
+    place(1 - static_cast<double>(frame[0]) / view_.renderer()->GetSize()[0]);
 }
 
 void ViewerWindow::turn(double azimuth, double elevation) {
@@ -210,7 +230,7 @@ void ViewerWindow::turn(double azimuth, double elevation) {
   camera->Elevation(elevation);
   camera->OrthogonalizeViewUp();
   view_.renderer()->ResetCameraClippingRange();
-  render();
+  render_soon();
 }
 
 void ViewerWindow::zoom(double factor) {
@@ -220,7 +240,7 @@ void ViewerWindow::zoom(double factor) {
   else
     camera->Dolly(factor);
   view_.renderer()->ResetCameraClippingRange();
-  render();
+  render_soon();
 }
 
 // What is in focus keeps its size.

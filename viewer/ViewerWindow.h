@@ -91,6 +91,7 @@ private:
 
   // Everything else: ViewerWindow.cpp.
   void render();
+  void render_soon();
   void update_texts();
   void update_legend();
   void say(const std::string& text, bool is_error = false);
@@ -99,6 +100,7 @@ private:
   void turn_labels();
   void look_from(ViewFrom view);
   void fit();
+  void place_camera(const std::function<void(double covered)>& place);
   void turn(double azimuth, double elevation);
   void zoom(double factor);
   void toggle_parallel();
@@ -135,8 +137,8 @@ private:
   HoverPace pace_;
   bool hovers_ = true;
   bool button_down_ = false;
-  bool waits_ = false;       // a timer runs
-  bool needs_frame_ = false; // the region's outline moved
+  std::optional<double> timer_due_; // when the next timer ends, in seconds
+  bool needs_frame_ = false;        // something changed since the last one
 };
 
 } // namespace viewer

@@ -1,10 +1,13 @@
 #include "viewer/ViewerWindow.h"
 
+#include "viewer/Messages.h"
 #include "viewer/OptionValues.h"
 #include "viewer/PickKinds.h"
 #include "viewer/Scene.h"
 
 #include <vtkRenderWindowInteractor.h>
+
+#include <utility>
 
 // What the keys do.
 
@@ -220,7 +223,8 @@ bool ViewerWindow::region_key(const std::string& key) {
 
 void ViewerWindow::type(const std::string& key, char character) {
   if (key == "Return") {
-    find(*typed_);
+    const std::string text = *std::exchange(typed_, std::nullopt);
+    find(text);
     return;
   }
   if (key == "Escape") {
@@ -233,7 +237,8 @@ void ViewerWindow::type(const std::string& key, char character) {
   } else if (character > ' ' && character < '\x7f') {
     *typed_ += character;
   }
-  say("find: " + *typed_ + "_");
+  overlay_.set_message(one_line("find: " + *typed_ + "_"));
+  render_soon();
 }
 
 } // namespace viewer

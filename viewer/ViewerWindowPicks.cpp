@@ -126,9 +126,7 @@ void ViewerWindow::move(const MouseState& mouse) {
   mouse_ = mouse;
   if (region_.is_active()) {
     region_.move(mouse.x, mouse.y);
-    // With the next timer, and so once for all motion that waits already.
-    needs_frame_ = true;
-    wait(1);
+    render_soon();
     return;
   }
   if (button_down_ || !hovers_) return;
@@ -160,7 +158,7 @@ bool ViewerWindow::turn_wheel(const MouseState& mouse, int notch) {
 }
 
 void ViewerWindow::time_out() {
-  waits_ = false;
+  timer_due_.reset();
   if (needs_frame_) render();
   if (!pace_.is_waiting()) return;
   const int left = pace_.wait_ms(seconds_now());
@@ -172,8 +170,11 @@ void ViewerWindow::time_out() {
 
 void ViewerWindow::forget_click() { walk_.reset(); }
 
+// A timer that runs already does where it ends in time.
 void ViewerWindow::wait(int milliseconds) {
-  if (std::exchange(waits_, true)) return;
+  const double due = seconds_now() + std::max(1, milliseconds) / 1000.0;
+  if (timer_due_ && *timer_due_ <= due) return;
+  timer_due_ = due;
   interactor_->CreateOneShotTimer(static_cast<unsigned long>(std::max(1, milliseconds)));
 }
 
@@ -272,7 +273,6 @@ void ViewerWindow::report_picks() {
 }
 
 void ViewerWindow::find(const std::string& text) {
-  typed_.reset();
   if (text.empty()) {
     say("");
     return;

@@ -116,6 +116,10 @@ void Desktop::drag(int button, int x0, int y0, int x1, int y1, const std::string
   xdotool(command + (modifier.empty() ? "" : " keyup " + modifier));
 }
 
+void Desktop::drag_in_haste(int x0, int y0, int x1, int y1) {
+  xdotool(at(x0, y0) + " mousedown 1 " + at(x1, y1) + " sleep 0.3 mouseup 1");
+}
+
 void Desktop::move_to(int x, int y) { xdotool(at(x, y)); }
 
 // Two clicks at one place are to be two, not a double one.

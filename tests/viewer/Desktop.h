@@ -32,6 +32,8 @@ public:
   void press(const std::string& key);
   /// Drags with a button (1 left, 2 middle, 3 right), `modifier` held down.
   void drag(int button, int x0, int y0, int x1, int y1, const std::string& modifier = "");
+  /// Comes, presses the left button and moves on, all within a few milliseconds; releases it a little later.
+  void drag_in_haste(int x0, int y0, int x1, int y1);
   void move_to(int x, int y);
   /// Clicks with the left button, `modifier` held down, so late that it is no double click.
   void click(int x, int y, const std::string& modifier = "");

@@ -227,6 +227,16 @@ TEST_F(PickWindow, GivenTextsOverTheMesh_WhenARegionIsPicked_ThenTheSameAsWithou
   }
 }
 
+TEST_F(PickWindow, GivenADragBeforeTheMouseRested_WhenItRestsLater_ThenItHoversStill) {
+  desktop.drag_in_haste(20, 470, 30, 460);
+  const Pixels turned = desktop.look_for_change(start);
+  ASSERT_GT(start.differences(turned), 500u);
+  desktop.press("r");
+  desktop.look();
+  desktop.move_to(plate::column(2.5), plate::row(3.5));
+  EXPECT_TRUE(shows_tooltip(desktop.look_until(shows_tooltip)));
+}
+
 TEST_F(PickWindow, GivenTheKeysOfKinds_WhenPressed_ThenOnlyTheseArePicked) {
   const Pixels nodes = after("6", start);
   EXPECT_EQ(click(2, 3), "node:93");
@@ -305,6 +315,10 @@ TEST_F(PickWindow, GivenIds_WhenTyped_ThenFoundAndInTheMiddle) {
   desktop.type("27-30");
   desktop.press("Return");
   EXPECT_EQ(desktop.next_line(), "hex:26-30");
+  desktop.press("slash");
+  desktop.type("hex:26,28,31,33,36,38,41,43");
+  desktop.press("Return");
+  EXPECT_EQ(desktop.next_line(), "hex:26,28,31,33,36,38,41,43");
   desktop.press("slash");
   desktop.type("50");
   desktop.press("Return");

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -233,6 +234,66 @@ TEST(WindowEnd, GivenAFolderThatTakesNoFile_WhenTakingAPicture_ThenTheWindowSays
   desktop.press("t");
   EXPECT_GT(desktop.look_for_change(before).count(TovanColor(191, 0, 0), 40), 50u);
   EXPECT_TRUE(desktop.is_running());
+}
+
+// The pixels of the legend's upper part that are not white.
+std::size_t painted_at_upper_right(const Pixels& pixels) {
+  std::size_t count = 0;
+  for (int y = pixels.height - 300; y < pixels.height; ++y)
+    for (int x = pixels.width - 270; x < pixels.width; ++x)
+      count += pixels.at(x, y) != std::array<std::uint8_t, 3>{255, 255, 255};
+  return count;
+}
+
+TEST(WideWindow, GivenALegendThatWouldCoverTheMesh_WhenFitted_ThenTheMeshLiesBesideIt) {
+  const std::string folder = run_viewer::scratch_folder();
+  {
+    Desktop desktop({"--resolution=1200,700", "--sample"}, folder);
+    ASSERT_TRUE(desktop.has_window());
+    const Pixels with = desktop.look();
+    ASSERT_GT(painted_at_upper_right(with), 2000u) << "the legend";
+    desktop.press("g");
+    const Pixels without = desktop.look_for_change(with);
+    EXPECT_EQ(painted_at_upper_right(without), 0u);
+    EXPECT_GT(painted(without), 100000u);
+    desktop.press("f");
+    EXPECT_GT(painted_at_upper_right(desktop.look_for_change(without)), 2000u) << "the mesh takes the whole window";
+  }
+  std::filesystem::remove_all(folder);
+}
+
+// Where a mesh is large and the graphics system slow, a frame for each letter would lag far behind who types.
+TEST(WideWindow, GivenSlowFrames_WhenTypingFast_ThenFewAreDrawn) {
+  const std::string folder = run_viewer::scratch_folder();
+  {
+    Desktop desktop(
+        {"--resolution=1000,700", "--render-mode=translucent", "--nodes", run_viewer::mesh("wheelset_x8.vtu")}, folder);
+    ASSERT_TRUE(desktop.has_window());
+    desktop.look();
+    // The answer comes after all frames that were asked for before.
+    const auto find = [&](const std::string& ids, const std::string& found) {
+      desktop.press("slash");
+      desktop.type(ids);
+      desktop.press("Return");
+      EXPECT_EQ(desktop.next_line(), found);
+    };
+    const auto seconds_of = [](const auto& action) {
+      const auto begin = std::chrono::steady_clock::now();
+      action();
+      return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    const double frames = seconds_of([&] {
+      for (int i = 0; i < 10; ++i)
+        desktop.press("Tab"); // a frame each
+      find("tet:1", "tet:1");
+    });
+    std::string ids = "tet:2";
+    for (int i = 0; i < 60; ++i)
+      ids += ",2";
+    const double letters = seconds_of([&] { find(ids, "tet:2"); });
+    EXPECT_LT(letters, 3 * frames);
+  }
+  std::filesystem::remove_all(folder);
 }
 
 } // namespace
