@@ -10,8 +10,11 @@
 namespace viewer {
 
 std::string why_not_writable(const std::string& path) {
-  if (std::filesystem::is_directory(path)) return std::strerror(EISDIR);
-  const auto folder = std::filesystem::absolute(path).parent_path();
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (std::filesystem::is_directory(status)) return std::strerror(EISDIR);
+  if (!std::filesystem::status_known(status)) return error.message();
+  const auto folder = std::filesystem::absolute(path, error).parent_path();
   return access(folder.c_str(), W_OK | X_OK) == 0 ? "" : std::strerror(errno);
 }
 
@@ -32,7 +35,8 @@ std::string free_name(const std::string& stem, const std::string& end) {
   for (int number = 1;; ++number) {
     const std::string digits = std::to_string(number);
     const std::string name = stem + "-" + std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits + end;
-    if (!std::filesystem::exists(name)) return name;
+    std::error_code ignored; // writing will tell
+    if (!std::filesystem::exists(name, ignored)) return name;
   }
 }
 

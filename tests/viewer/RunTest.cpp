@@ -104,13 +104,17 @@ TEST_F(Failures, GivenOneBadFileAmongGoodOnes_WhenOpened_ThenTheRunEnds) {
 TEST_F(Failures, GivenAPicturePathThatTakesNoFile_WhenDrawing_ThenOneLineSaysWhy) {
   const std::string taken = folder + "/folder.png", nowhere = folder + "/none/a.png", full = folder + "/full.png";
   std::filesystem::create_directory(taken);
+  const std::string loop = folder + "/loop.png";
   std::filesystem::create_symlink("/dev/full", full);
+  std::filesystem::create_symlink(loop, loop);
   expect_failure(run_orbel_view({"--output=" + taken, mesh("four_kinds.e")}),
                  "orbel_view: cannot write " + taken + ": Is a directory");
   expect_failure(run_orbel_view({"--output=" + nowhere, mesh("four_kinds.e")}),
                  "orbel_view: cannot write " + nowhere + ": No such file or directory");
   expect_failure(run_orbel_view({"--output=" + full, mesh("four_kinds.e")}),
                  "orbel_view: cannot write " + full + ": No space left on device");
+  expect_failure(run_orbel_view({"--output=" + loop, mesh("four_kinds.e")}),
+                 "orbel_view: cannot write " + loop + ": Too many levels of symbolic links");
   EXPECT_TRUE(std::filesystem::is_symlink(full)) << "what is no file of the run's own stays";
   EXPECT_THAT(run_orbel_view({"--output=/proc/self/a.png", mesh("four_kinds.e")}).err,
               testing::StartsWith("orbel_view: cannot write /proc/self/a.png: "));
