@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 namespace {
 
@@ -24,6 +25,20 @@ NodePointTable::~NodePointTable() = default;
 
 std::size_t NodePointTable::number(std::size_t count, int* ids, vtkTypeUInt64* nodes) {
   make_room(count);
+  const std::uint32_t base = last_;
+  try {
+    last_ = enter(count, ids, nodes);
+  } catch (const std::bad_alloc&) {
+    // What was entered so far would be taken for points of the next numbering.
+    drop_pages();
+    throw;
+  }
+  const std::size_t point_count = last_ - base;
+  if (page_count_ > pages_worth_keeping) drop_pages();
+  return point_count;
+}
+
+std::uint32_t NodePointTable::enter(std::size_t count, int* ids, vtkTypeUInt64* nodes) {
   const std::uint32_t base = last_;
   std::uint32_t last = base;
   std::uint32_t* current = nullptr;
@@ -51,9 +66,7 @@ std::size_t NodePointTable::number(std::size_t count, int* ids, vtkTypeUInt64* n
       ids[i] = static_cast<int>(entry - base - 1);
     }
   }
-  last_ = last;
-  if (page_count_ > pages_worth_keeping) drop_pages();
-  return last - base;
+  return last;
 }
 
 NodePointTable& NodePointTable::shared() {

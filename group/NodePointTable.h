@@ -19,7 +19,7 @@ public:
 
   /// Numbers points anew, from 0 in the order in which nodes are met: each of the `count` ids is replaced by its node's
   /// point. Of `nodes`, as many handles, the one with which each point is met first moves up to the point's place.
-  /// Returns how many points there are.
+  /// Returns how many points there are. Where memory runs out, the table begins anew.
   std::size_t number(std::size_t count, int* ids, vtkTypeUInt64* nodes);
   /// How many pages there are.
   std::size_t page_count() const { return page_count_; }
@@ -42,6 +42,7 @@ private:
     return add_page(node_id);
   }
   std::uint32_t* add_page(std::uint32_t node_id);
+  std::uint32_t enter(std::size_t count, int* ids, vtkTypeUInt64* nodes);
   void make_room(std::size_t points);
   void drop_pages();
 

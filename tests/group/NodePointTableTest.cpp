@@ -2,7 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/resource.h>
+
+#include <cstdlib>
 #include <limits>
+#include <new>
 #include <numeric>
 #include <ostream>
 #include <random>
@@ -84,6 +88,12 @@ TEST(NodePointTable, GivenAsManyPointsAsFit_WhenNumberedAgain_ThenNumbersStartAf
     EXPECT_EQ(number(table, {5}), (Numbering{{0}, {0}})) << round;
     EXPECT_EQ(number(table, {5, 6, 5}), (Numbering{{0, 1, 0}, {0, 1}})) << round;
   }
+  // One more than fits.
+  NodePointTable nearly_full(std::numeric_limits<std::uint32_t>::max() - 2);
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(number(nearly_full, {5, 6, 7}), (Numbering{{0, 1, 2}, {0, 1, 2}})) << round;
+    EXPECT_EQ(number(nearly_full, {6}), (Numbering{{0}, {0}})) << round;
+  }
 }
 
 TEST(NodePointTable, GivenPages_WhenNumbered_ThenTheyAreKeptUnlessThereAreVeryMany) {
@@ -97,6 +107,38 @@ TEST(NodePointTable, GivenPages_WhenNumbered_ThenTheyAreKeptUnlessThereAreVeryMa
     EXPECT_EQ(table.page_count(), pages <= 4096 ? pages : 0);
   }
   EXPECT_EQ(number(table, {0, 1u << 12, 0}), (Numbering{{0, 1, 0}, {0, 1}}));
+}
+
+// Exits with 0 when the table is as good as new after a numbering that ran out of memory halfway.
+[[noreturn]] void number_again_after_memory_ran_out() {
+  NodePointTable table;
+  number(table, {6});
+  std::vector<std::uint32_t> ids(1000, 5);
+  for (std::uint32_t page = 1; page <= 8192; ++page)
+    ids.push_back(page << 12);
+  std::vector<int> points(ids.begin(), ids.end());
+  std::vector<vtkTypeUInt64> nodes(ids.size());
+  rlimit as_it_was;
+  getrlimit(RLIMIT_AS, &as_it_was);
+  const rlimit no_more = {0, as_it_was.rlim_max};
+  bool ran_out = false;
+  setrlimit(RLIMIT_AS, &no_more);
+  try {
+    table.number(ids.size(), points.data(), nodes.data());
+  } catch (const std::bad_alloc&) {
+    ran_out = true;
+  }
+  setrlimit(RLIMIT_AS, &as_it_was);
+  const bool kept_nothing = table.page_count() == 0;
+  const bool is_as_new = number(table, {6, 5, 7}) == Numbering{{0, 1, 2}, {0, 1, 2}};
+  std::_Exit(ran_out && kept_nothing && is_as_new ? 0 : 1);
+}
+
+TEST(NodePointTable, GivenNoMemoryForAllPages_WhenNumberedAgain_ThenWhatWasBegunIsForgotten) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "sanitizers end the program when memory runs out";
+#endif
+  EXPECT_EXIT(number_again_after_memory_ran_out(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(NodePointTable, GivenRandomIds_WhenComparedWithAMap_ThenAllAnswersAgree) {
