@@ -98,6 +98,20 @@ TEST_F(VolumeGrid, GivenColorListsThatAreTooShort_WhenBuilt_ThenTheRestIsWhite) 
                           channels(color_number(7)), white, white));
 }
 
+TEST_F(VolumeGrid, GivenPositionListsThatAreTooShort_WhenBuilt_ThenTheRestIsWhite) {
+  Everything all;
+  color_type = GMeshGroup::CellColors;
+  node_colors = {color_number(1), color_number(2)};
+  for (auto& colors : element_colors)
+    colors = {color_number(3), color_number(4)};
+  const std::vector<int> nodes = {1};
+  const std::vector<int> elements[10] = {{}, {}, {1}};
+  node_positions = &nodes;
+  element_positions = &elements;
+  EXPECT_THAT(scalar_colors(build(all.mesh, all.drawn, all.skin.scattered())->GetCellData()),
+              ElementsAre(channels(color_number(2)), white, channels(color_number(4)), white, white, white, white));
+}
+
 TEST_F(VolumeGrid, GivenFacesOfElementsThatNoListHas_WhenBuilt_ThenTheyAreWhite) {
   Everything all;
   color_type = GMeshGroup::CellColors;

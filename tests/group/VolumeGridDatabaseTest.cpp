@@ -182,7 +182,9 @@ TEST_F(VolumeGrid, GivenAnOperationThatFails_WhenBuilt_ThenTheGridIsStillWhole) 
 }
 
 TEST_F(VolumeGrid, GivenABatchOfCoordinatesThatFails_WhenBuilt_ThenItsNodesLieAtTheOriginAndOnlyThey) {
-  NamedMesh mesh = lone_nodes(2500);
+  NamedMesh mesh;
+  for (int i = 0; i < 2500; ++i)
+    mesh.add_node(i, i + 0.25, i + 0.5);
   mesh.mesh.nodes = mesh.nodes;
   spoil = [&](RecordingMeshData& db) {
     db.fail_call("get_coordinate_arrays", 1);
@@ -190,12 +192,32 @@ TEST_F(VolumeGrid, GivenABatchOfCoordinatesThatFails_WhenBuilt_ThenItsNodesLieAt
   };
   const auto grid = build(mesh, mesh.mesh);
   ASSERT_EQ(grid->GetNumberOfPoints(), 2500);
-  EXPECT_EQ(grid->GetPoint(999)[0], 999);
-  for (const vtkIdType point : {1000, 1999})
-    for (int axis = 0; axis < 3; ++axis)
-      EXPECT_EQ(grid->GetPoint(point)[axis], 0) << point << ", axis " << axis;
-  EXPECT_EQ(grid->GetPoint(2000)[0], 2000);
-  EXPECT_EQ(grid->GetPoint(2499)[0], 2499);
+  const auto points = points_of(grid);
+  for (const int known : {0, 999, 2000, 2499})
+    EXPECT_EQ(points[static_cast<std::size_t>(known)], (Point{1.0 * known, known + 0.25, known + 0.5}));
+  for (const std::size_t failed : {1000u, 1999u})
+    EXPECT_EQ(points[failed], (Point{0, 0, 0})) << failed;
+}
+
+/// Knows no more than one node of each element.
+class OneNodeEach : public RecordingMeshData {
+public:
+  using RecordingMeshData::RecordingMeshData;
+  void get_connectivity(Count count, const Elem* elements, Count* length, Node* nodes) override {
+    RecordingMeshData::get_connectivity(count, elements, length, nodes);
+    for (Count i = 0; i < *length; ++i)
+      if (i % (*length / count) != 1) nodes[i] = {};
+  }
+};
+
+TEST_F(VolumeGrid, GivenElementsOfWhichOneNodeIsKnown_WhenBuilt_ThenEdgesAreLeftOutAndSuperelementsHaveIt) {
+  NamedMesh mesh = edge_chain(2);
+  mesh.add_own_element(Tarn::Superelement, 4);
+  recorder = std::make_unique<OneNodeEach>(*mesh.database);
+  const auto grid = build(mesh.mesh);
+  EXPECT_THAT(handle_values(grid->GetCellData(), "ElemIds"),
+              ElementsAre(mesh.mesh.elements[Tarn::Superelement][0].value));
+  EXPECT_THAT(handle_values(grid->GetPointData(), "NodeIds"), ElementsAre(mesh.nodes[4].value));
 }
 
 TEST_F(VolumeGrid, GivenAFalseLengthOfConnectivity_WhenBuilt_ThenItIsNotBelieved) {

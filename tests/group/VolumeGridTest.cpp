@@ -156,14 +156,20 @@ TEST_F(VolumeGrid, GivenSuperelementsOfManySizes_WhenBuilt_ThenEachHasAllItsNode
 // ------------------------------------------------------------------------------------------ precision and storage
 
 TEST_F(VolumeGrid, GivenMeshesNearAndFar_WhenBuilt_ThenPointsAreSingleUnlessThatWouldShow) {
-  for (const double offset : {0.0, 900.0, 1e7}) {
-    NamedMesh mesh;
-    mesh.add_node(offset, 0, 0);
-    mesh.add_node(offset + 1.25, 0, 0);
-    mesh.add_element(Tarn::Edge, {0, 1});
-    const auto grid = build(mesh, mesh.mesh);
-    EXPECT_EQ(grid->GetPoints()->GetDataType(), offset > 1250 ? VTK_DOUBLE : VTK_FLOAT) << offset;
-    EXPECT_EQ(grid->GetPoint(1)[0] - grid->GetPoint(0)[0], 1.25) << offset;
+  for (int axis = 0; axis < 3; ++axis) {
+    for (const double offset : {0.0, 900.0, 1e7}) {
+      Point at = {0, 0, 0};
+      at[static_cast<std::size_t>(axis)] = offset;
+      NamedMesh mesh;
+      mesh.add_node(at[0], at[1], at[2]);
+      at[static_cast<std::size_t>(axis)] += 1.25;
+      mesh.add_node(at[0], at[1], at[2]);
+      mesh.add_element(Tarn::Edge, {0, 1});
+      const auto grid = build(mesh, mesh.mesh);
+      EXPECT_EQ(grid->GetPoints()->GetDataType(), offset > 1250 ? VTK_DOUBLE : VTK_FLOAT)
+          << offset << ", axis " << axis;
+      EXPECT_EQ(points_of(grid)[1], at) << "axis " << axis;
+    }
   }
 }
 
@@ -210,6 +216,22 @@ TEST_F(VolumeGrid, GivenAGrid_WhenItsArraysAreMeasured_ThenNoneHoldsRoomThatIsNo
   EXPECT_EQ(node_ids->GetSize(), 31 * 31);
   EXPECT_TRUE(grid->GetCells()->IsValid());
   EXPECT_FALSE(grid->GetCells()->IsStorage64Bit());
+  EXPECT_EQ(grid->GetCells()->GetConnectivityArray()->GetSize(), 4 * 30 * 30);
+}
+
+// Room is made for faces like the first: here it is made anew while faces are added.
+TEST_F(VolumeGrid, GivenAFirstFaceThatIsNotDrawn_WhenMeasured_ThenPointIdsStillHoldNoRoomThatIsNotUsed) {
+  const NamedMesh mesh = lone_nodes(10);
+  SideList skin;
+  skin.add(5, {mesh.nodes.begin(), mesh.nodes.begin() + 5}, {1});
+  for (std::uint64_t i = 0; i < 7; ++i)
+    skin.add(3, {mesh.nodes[i], mesh.nodes[i + 1], mesh.nodes[i + 3]}, {2 + i});
+  const auto grid = build(mesh, MeshVector(), skin.scattered());
+  ASSERT_EQ(grid->GetNumberOfCells(), 7);
+  EXPECT_EQ(grid->GetCellTypesArray()->GetNumberOfTuples(), 7);
+  EXPECT_EQ(grid->GetCells()->GetConnectivityArray()->GetSize(), 7 * 3);
+  EXPECT_THAT(cell_points(grid).front(), ElementsAre(0, 1, 2));
+  EXPECT_EQ(points_of(grid)[static_cast<std::size_t>(cell_points(grid).back()[2])][0], 9);
 }
 
 } // namespace
