@@ -82,6 +82,26 @@ TEST_F(DerivedData, GivenSolidsOfAllKinds_WhenColoredByCell_ThenEachSideHasItsEl
   ASSERT_EQ(elements.size(), 2u * (4 + 6 + 5 + 5 + 1 + 1));
   for (std::size_t i = 0; i < elements.size(); ++i)
     EXPECT_EQ(cell_colors[i], expected[elements[i]]) << i;
+  std::vector<std::uint64_t> order;
+  for (const auto& [kind, sides] :
+       {std::pair{Tarn::Quad, 1}, {Tarn::Tri, 1}, {Tarn::Hex, 6}, {Tarn::Tet, 4}, {Tarn::Pyramid, 5}, {Tarn::Wedge, 5}})
+    for (const auto element : mesh.mesh.elements[kind])
+      order.insert(order.end(), static_cast<std::size_t>(sides), element.value);
+  EXPECT_EQ(elements, order);
+}
+
+// So many that lists are handed to the skinner in several slices.
+TEST_F(DerivedData, GivenVeryManyShells_WhenColoredByCell_ThenEachHasItsOwnColor) {
+  show(quad_sheet(130, 130));
+  const auto& quads = mesh.mesh.elements[Tarn::Quad];
+  std::array<std::vector<TovanColor>, 10> colors;
+  for (std::size_t i = 0; i < quads.size(); ++i)
+    colors[Tarn::Quad].push_back(color_number(static_cast<int>(i)));
+  group->set_cell_color_array({}, colors);
+  const auto cell_colors = scalar_colors(group->get_2d_data()->GetCellData());
+  ASSERT_EQ(cell_colors.size(), 16900u);
+  for (std::size_t i = 0; i < cell_colors.size(); ++i)
+    ASSERT_EQ(cell_colors[i], channels(colors[Tarn::Quad][i])) << i;
 }
 
 TEST_F(DerivedData, GivenAnUnchangedGroup_WhenAskedTwice_ThenNothingIsRebuilt) {

@@ -329,6 +329,34 @@ TEST_F(MeshGroup, GivenADatabaseThatListsInAnyOrder_WhenRebuilt_ThenOnlyCellColo
   EXPECT_EQ(scalar_colors(group->get_2d_data()->GetCellData()), expected);
 }
 
+TEST_F(MeshGroup, GivenADatabaseThatListsInAnyOrder_WhenAnExplicitSetIsRebuilt_ThenNothingOfItIsLost) {
+  use(edge_chain(4));
+  ASSERT_TRUE(mesh.database->add_to_node_set(mesh.owner, mesh.nodes.size(), mesh.nodes.data()));
+  db = std::make_unique<BackToFront>(*mesh.database);
+  model = std::make_unique<GMeshModel>(db.get());
+  MeshVector set = mesh.mesh;
+  set.nodes = mesh.nodes;
+  group->set_mesh(nullptr, set, model.get());
+  group->notify_mesh_modified();
+  expect_equal(group->get_mesh(), set);
+}
+
+TEST_F(MeshGroup, GivenAnEntityListedManyTimes_WhenRebuilt_ThenItsFirstColorCounts) {
+  use(edge_chain(2));
+  const auto edges = mesh.mesh.elements[Tarn::Edge];
+  MeshVector set;
+  std::array<std::vector<TovanColor>, 10> colors;
+  for (int i = 0; i < 100; ++i) {
+    set.elements[Tarn::Edge].push_back(edges[i % 3 == 0 ? 1 : 0]);
+    colors[Tarn::Edge].push_back(color_number(i));
+  }
+  group->set_mesh(mesh.owner, set, model.get());
+  group->set_cell_color_array({}, colors);
+  group->notify_mesh_modified();
+  EXPECT_THAT(scalar_colors(group->get_2d_data()->GetCellData()),
+              ElementsAre(channels(color_number(1)), channels(color_number(0))));
+}
+
 TEST_F(MeshGroup, GivenCellColorsInListsThatAreTooShort_WhenRebuilt_ThenTheRestIsWhite) {
   show(edge_chain(3));
   std::array<std::vector<TovanColor>, 10> colors;

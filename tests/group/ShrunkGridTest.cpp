@@ -227,11 +227,12 @@ TEST_F(ShrunkGrid, GivenSuperelementsOfManySizes_WhenShrunk_ThenPaddingTakesNoPa
   NamedMesh mesh;
   mesh.add_own_element(Tarn::Superelement, 5, 10);
   mesh.add_own_element(Tarn::Superelement, 2, 20);
+  mesh.add_own_element(Tarn::Superelement, 1, 30);
   fill(mesh, 0.5);
-  EXPECT_THAT(cell_points(grid), ElementsAre(Ids{0, 1, 2, 3, 4}, Ids{5, 6}));
+  EXPECT_THAT(cell_points(grid), ElementsAre(Ids{0, 1, 2, 3, 4}, Ids{5, 6}, Ids{7}));
   EXPECT_THAT(points_of(grid),
               ElementsAre(Point{10.25, 0, 0}, Point{10.375, 0, 0}, Point{10.5, 0, 0}, Point{10.625, 0, 0},
-                          Point{10.75, 0, 0}, Point{20.25, 0, 0}, Point{20.75, 0, 0}));
+                          Point{10.75, 0, 0}, Point{20.25, 0, 0}, Point{20.75, 0, 0}, Point{30, 0, 0}));
   EXPECT_THAT(recorder->calls("get_float_coordinates")[0].handles, Each(::testing::Ne(0u)));
 }
 
