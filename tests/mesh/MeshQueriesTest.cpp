@@ -274,6 +274,26 @@ TEST_F(MeshQueries, GivenADatabaseThatFails_WhenAskedForGlobalIds_ThenNewFlagsAr
   EXPECT_THAT(has_id, Each(0));
 }
 
+TEST_F(MeshQueries, GivenADatabaseThatFails_WhenAskedForAnything_ThenOldEntriesStayAndNewOnesAreZero) {
+  for (const char* operation : {"get_node_ids", "get_element_ids", "get_global_element_ids", "get_connectivity"})
+    db.fail(operation);
+  const Elements elements = all();
+  std::vector<int> of_nodes = {7};
+  OB::get_node_ids(2, mesh.nodes.data(), of_nodes, &db);
+  EXPECT_THAT(of_nodes, ElementsAre(7, 0));
+  std::vector<int> of_elements = {7};
+  OB::get_element_ids(2, elements.data(), of_elements, &db);
+  EXPECT_THAT(of_elements, ElementsAre(7, 0));
+  std::vector<int> global = {7};
+  std::vector<char> has_id = {1, 1, 1};
+  OB::get_global_element_ids(2, elements.data(), global, has_id, &db);
+  EXPECT_THAT(global, ElementsAre(7, 0));
+  EXPECT_THAT(has_id, ElementsAre(1, 1));
+  Nodes connectivity = {{7}};
+  OB::get_element_type_connectivity({element(Tarn::Edge)}, 2, connectivity, &db);
+  EXPECT_THAT(values(connectivity), ElementsAre(7, 0));
+}
+
 TEST_F(MeshQueries, GivenACountOfZero_WhenAskedForIds_ThenOutputsAreEmptyAndNothingIsAsked) {
   std::vector<int> out(3);
   std::vector<char> has_id(3);
@@ -343,6 +363,21 @@ TEST_F(MeshQueries, GivenAWrongCount_WhenAskedForEdges_ThenNoMoreThanTheCapacity
     OB::get_edges_adjacent_to_elements({element(Tarn::Hex)}, edges, &db);
     EXPECT_EQ(edges.size(), row.taken) << "reported " << row.reported;
   }
+}
+
+// One array serves all elements: what a database claims to have written but has not is null, or left from before.
+TEST_F(MeshQueries, GivenACountThatIsTooLarge_WhenAskedForEdges_ThenTheRestIsWhatEarlierElementsLeft) {
+  Elements of_quad;
+  Elements of_tri;
+  OB::get_edges_adjacent_to_elements({element(Tarn::Quad)}, of_quad, &db);
+  OB::get_edges_adjacent_to_elements({element(Tarn::Tri)}, of_tri, &db);
+  ASSERT_EQ(of_quad.size(), 4u);
+  ASSERT_EQ(of_tri.size(), 3u);
+  db.report_count("get_adjacencies", 5);
+  Elements edges;
+  OB::get_edges_adjacent_to_elements({element(Tarn::Quad), element(Tarn::Tri)}, edges, &db);
+  EXPECT_THAT(edges, ElementsAre(of_quad[0], of_quad[1], of_quad[2], of_quad[3], Tarn::Handle<1>(), of_tri[0],
+                                 of_tri[1], of_tri[2], of_quad[3], Tarn::Handle<1>()));
 }
 
 } // namespace

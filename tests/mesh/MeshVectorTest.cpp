@@ -208,6 +208,21 @@ INSTANTIATE_TEST_SUITE_P(
                       RemoveRow{"unsigned_order", {std::uint64_t(1) << 63, 1}, {std::uint64_t(1) << 63}, {1}, true}),
     [](const auto& row) { return row.param.name; });
 
+TEST(MeshVector, GivenEntitiesOfAllLists_WhenRemoved_ThenEachListLosesItsOwn) {
+  MeshVector mesh = filled();
+  MeshVector some;
+  some.nodes = handles<0>({5});
+  for (std::uint64_t type = 1; type < 10; ++type)
+    some.elements[type] = handles<1>({10 + type});
+  EXPECT_TRUE(mesh.remove(some));
+  EXPECT_THAT(values(mesh.nodes), ElementsAre(3));
+  for (std::uint64_t type = 1; type < 10; ++type)
+    EXPECT_THAT(values(mesh.elements[type]), ElementsAre(100 + type)) << "kind " << type;
+  MeshVector itself = filled();
+  EXPECT_TRUE(itself.remove(itself));
+  EXPECT_TRUE(itself.empty());
+}
+
 TEST(MeshVector, GivenKindZero_WhenRemoving_ThenItIsLeftAlone) {
   MeshVector mesh;
   mesh.elements[0] = handles<1>({3, 1, 3});
