@@ -76,6 +76,19 @@ TEST(RenderMode, GivenAnyMode_WhenAFrameIsOver_ThenActorAndPropertyAreWhatTheyWe
   }
 }
 
+TEST(RenderMode, GivenOneActorForTwoParts_WhenAFrameIsOver_ThenItLooksAsItDid) {
+  OffscreenView view;
+  BodyModel model(make_cube(), OBUtil::HiddenLine);
+  model.surface_actor->GetMapper()->ScalarVisibilityOn();
+  vtkNew<vtkPolyData> alias;
+  model.add_part(alias, [&](vtkDataObject*, GView*) { return PropList{model.surface_actor}; });
+  look_at_a_corner(view.renderer());
+  const Frame first = view.render();
+  EXPECT_EQ(model.surface_actor->GetProperty(), model.surface.Get());
+  EXPECT_TRUE(model.surface_actor->GetMapper()->GetScalarVisibility());
+  EXPECT_EQ(first.count(is_red), 0);
+}
+
 TEST(RenderMode, GivenTwoModelsInTwoViews_WhenInDifferentModes_ThenEachIsDrawnInItsOwn) {
   OffscreenView one, other;
   BodyModel model(make_cube(), OBUtil::HiddenLine);

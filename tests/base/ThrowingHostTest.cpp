@@ -139,6 +139,24 @@ TEST(ThrowingHost, GivenAFactoryThatThrows_WhenAViewOpens_ThenThereIsNoSuchView)
   EXPECT_EQ(view.renderer()->GetViewProps()->GetNumberOfItems(), 2);
 }
 
+TEST(ThrowingHost, GivenAFactoryThatThrows_WhenTheModelIsHooked_ThenItIsInNoViewAndMayBeHookedAgain) {
+  OffscreenView first, second;
+  GModel model;
+  model.unhook_from_views();
+  vtkNew<vtkPolyData> data;
+  bool is_broken = true;
+  model.add_part(data, [&](vtkDataObject*, GView* view) -> PropList {
+    if (is_broken && view == second.get()) throw HostError();
+    return {vtkSmartPointer<vtkActor>::New()};
+  });
+  EXPECT_THROW(model.hook_to_views(), HostError);
+  EXPECT_EQ(first.renderer()->GetViewProps()->GetNumberOfItems(), 0);
+  is_broken = false;
+  model.hook_to_views();
+  for (OffscreenView* view : {&first, &second})
+    EXPECT_EQ(view->renderer()->GetViewProps()->GetNumberOfItems(), 1);
+}
+
 /// Labels whose host throws while they are drawn.
 class BrokenLabels : public GLabelMapper {
 public:

@@ -71,11 +71,12 @@ void FrameLooks::take_off() {
   for (const auto& prop : hidden_)
     prop->VisibilityOn();
   hidden_.clear();
-  for (const Dressed& each : dressed_) {
-    each.actor->SetProperty(each.front);
-    each.actor->SetBackfaceProperty(each.back);
-    each.actor->SetForceOpaque(each.force_opaque);
-    if (each.actor->GetMapper()) each.actor->GetMapper()->SetScalarVisibility(each.scalars);
+  // In reverse: an actor that stands for several parts is dressed several times, over what it wears already.
+  for (auto each = dressed_.rbegin(); each != dressed_.rend(); ++each) {
+    each->actor->SetProperty(each->front);
+    each->actor->SetBackfaceProperty(each->back);
+    each->actor->SetForceOpaque(each->force_opaque);
+    if (each->actor->GetMapper()) each->actor->GetMapper()->SetScalarVisibility(each->scalars);
   }
   dressed_.clear();
   if (vtkRenderer* renderer = renderer_.renderer) {

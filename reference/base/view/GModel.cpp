@@ -89,9 +89,14 @@ void GModel::hook_to_views() {
   d->hooked = true;
   Stage::instance().models.push_back(this);
   const std::weak_ptr<char> alive = d->life;
-  for (GView* view : std::vector<GView*>(Stage::instance().views)) {
-    if (Stage::instance().is_open(view)) d->show_in(view);
-    if (alive.expired() || !d->hooked) return;
+  try {
+    for (GView* view : std::vector<GView*>(Stage::instance().views)) {
+      if (Stage::instance().is_open(view)) d->show_in(view);
+      if (alive.expired() || !d->hooked) return;
+    }
+  } catch (...) {
+    if (!alive.expired()) GModel::unhook_from_views(); // a factory threw: in all views or in none
+    throw;
   }
 }
 
