@@ -5,6 +5,7 @@
 #include "platform/util/TovanString.h"
 #include "platform/util/TovanVector.h"
 #include "tests/base/BodyScene.h"
+#include "tests/support/VtkLosses.h"
 
 #include <vtkActor.h>
 #include <vtkActor2D.h>
@@ -13,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -56,9 +58,11 @@ TEST(ThrowingHost, GivenAModelThatThrows_WhenAViewIsRendered_ThenItPassesOnAndTh
 }
 
 TEST(ThrowingHost, GivenAModelThatThrows_WhenTheHostRendersTheWindow_ThenItPassesOnAndTheWindowIsFreeAgain) {
+  auto losses = std::make_optional<test_support::VtkLosses>();
   OffscreenView view;
   BrokenModel broken;
   EXPECT_THROW(view.window()->Render(), HostError);
+  losses.reset();
   EXPECT_FALSE(view.window()->CheckInRenderStatus());
   broken.is_broken = false;
   view.window()->Render();
@@ -196,7 +200,10 @@ TEST(ThrowingHost, GivenLabelsThatThrow_WhenRenderedAgain_ThenTheFrameIsAsIfNoth
   sound->clear();
   sound->add_point(TovanVector(0.5, -0.5, 0.5), TovanString("77"), TovanColor(0, 255, 0), 0);
   broken->is_broken = true;
-  EXPECT_THROW(view.get()->render(), HostError);
+  {
+    const test_support::VtkLosses losses;
+    EXPECT_THROW(view.get()->render(), HostError);
+  }
   EXPECT_FALSE(view.window()->CheckInRenderStatus());
   broken->is_broken = false;
   const Frame after = view.render();
@@ -204,6 +211,53 @@ TEST(ThrowingHost, GivenLabelsThatThrow_WhenRenderedAgain_ThenTheFrameIsAsIfNoth
   EXPECT_EQ(after.count(bluish), before.count(bluish));
   EXPECT_GT(after.count(greenish), 0);
   EXPECT_EQ(view.render().pixels, after.pixels);
+}
+
+/// A prop of a host's own that throws while it is drawn.
+class BrokenProp : public vtkActor {
+public:
+  static BrokenProp* New();
+  vtkTypeMacro(BrokenProp, vtkActor)
+  double* GetBounds() override { return bounds_; }
+  vtkTypeBool HasTranslucentPolygonalGeometry() override { return 0; }
+  int RenderOpaqueGeometry(vtkViewport*) override {
+    if (is_broken) throw HostError();
+    return 0;
+  }
+  bool is_broken = false;
+
+private:
+  double bounds_[6] = {-0.1, 0.1, -0.1, 0.1, -0.1, 0.1};
+};
+vtkStandardNewMacro(BrokenProp)
+
+TEST(ThrowingHost, GivenAPropThatThrowsWhileTheDepthForLabelsIsDrawn_WhenRenderedAgain_ThenItIsAPictureAgain) {
+  OffscreenView view;
+  BodyModel body(make_cube(), OBUtil::Translucent);
+  body.set_render_mode(OBUtil::Translucent);
+  body.surface->SetOpacity(0.5);
+  vtkNew<GLabelMapper> labels;
+  labels->add_point(TovanVector(0.5, -0.5, 0.5), TovanString("77"), TovanColor(0, 0, 0), 0);
+  vtkNew<vtkPolyData> labelled;
+  body.add_part(labelled, [&](vtkDataObject*, GView*) {
+    auto actor = vtkSmartPointer<vtkActor2D>::New();
+    actor->SetMapper(labels);
+    return PropList{actor};
+  });
+  vtkNew<BrokenProp> broken;
+  body.add_widget(broken);
+  look_at_a_corner(view.renderer());
+  const Frame before = view.render();
+
+  broken->is_broken = true;
+  {
+    const test_support::VtkLosses losses;
+    EXPECT_THROW(view.get()->render(), HostError);
+  }
+  EXPECT_EQ(body.surface_actor->GetProperty(), body.surface.Get());
+  EXPECT_FALSE(body.surface_actor->GetForceOpaque());
+  broken->is_broken = false;
+  EXPECT_EQ(view.render().pixels, before.pixels);
 }
 
 } // namespace

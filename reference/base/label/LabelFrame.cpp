@@ -67,9 +67,7 @@ void LabelFrame::draw(GLabelMapper* mapper, const std::function<void()>& add_own
     explicit Collecting(LabelFrame& frame_in) : frame(frame_in) { frame.collecting_ = true; }
     ~Collecting() {
       frame.collecting_ = false;
-      if (done) return;
-      frame.forget();
-      frame.painted_ = {0}; // of nobody: what changed in this frame is not on the picture
+      if (!done) frame.forget();
     }
     LabelFrame& frame;
     bool done = false;

@@ -163,7 +163,9 @@ void GView::Private::draw() {
 
 void GView::Private::start_frame() {
   const vtkSmartPointer<vtkRenderWindow> kept_window = window;
-  std::exception_ptr* const keep_in = thrown;
+  std::exception_ptr* keep_in = nullptr;
+  for (const GView* view : Stage::instance().views) // several may share the window: whose frame it is, keeps it
+    if (view->d->window == window && view->d->thrown) keep_in = view->d->thrown;
   try {
     prepare_models();
   } catch (...) {
