@@ -113,6 +113,8 @@ TEST(Model, GivenAPart_WhenItIsRemoved_ThenItsPropsGoAndUnknownPointersAreIgnore
   model.remove_part(nullptr);
   EXPECT_EQ(shown(view), 1);
   EXPECT_EQ(model.props_in(view.get(), stays), 1u);
+  model.remove_part(stays);
+  EXPECT_THAT(model.view_props_, IsEmpty());
 }
 
 TEST(Model, GivenAModel_WhenUnhookedAndHooked_ThenPropsGoAndComeBackAndViewsMeanwhileAreLeftAlone) {
@@ -268,11 +270,13 @@ TEST(Model, GivenAFactoryThatClosesAnotherView_WhenAPartIsAdded_ThenThatViewIsPa
 TEST(Model, GivenAFactoryThatAddsAPart_WhenAViewOpens_ThenBothPartsAreShownOnce) {
   Model model;
   vtkNew<vtkPolyData> data, more;
+  std::vector<GView*> asked;
   model.add_part(data, [&](vtkDataObject*, GView*) {
-    model.add_part(more, factory());
+    model.add_part(more, factory(&asked));
     return PropList{vtkSmartPointer<vtkActor>::New()};
   });
   OffscreenView view;
+  EXPECT_THAT(asked, ElementsAre(view.get()));
   EXPECT_EQ(shown(view), 2);
   EXPECT_EQ(model.props_in(view.get(), data), 1u);
   EXPECT_EQ(model.props_in(view.get(), more), 1u);

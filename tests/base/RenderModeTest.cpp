@@ -5,10 +5,13 @@
 #include <vtkActor.h>
 #include <vtkCubeSource.h>
 #include <vtkMapper.h>
+#include <vtkPlaneSource.h>
 #include <vtkPointData.h>
 #include <vtkProperty.h>
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace {
 
@@ -60,6 +63,8 @@ TEST(RenderMode, GivenAnyMode_WhenAFrameIsOver_ThenActorAndPropertyAreWhatTheyWe
   OffscreenView view;
   BodyModel model(make_cube(), OBUtil::Shaded);
   look_at_a_corner(view.renderer());
+  view.renderer()->SetMaximumNumberOfPeels(7);
+  view.renderer()->SetOcclusionRatio(0.25);
   for (int mode = OBUtil::Wireframe; mode <= OBUtil::AsIs; ++mode) {
     SCOPED_TRACE(mode);
     model.set_mode(static_cast<OBUtil::RenderMode>(mode));
@@ -73,7 +78,23 @@ TEST(RenderMode, GivenAnyMode_WhenAFrameIsOver_ThenActorAndPropertyAreWhatTheyWe
     EXPECT_TRUE(model.surface_actor->GetPickable());
     EXPECT_FALSE(model.edge_actor->GetPickable());
     EXPECT_TRUE(model.surface_actor->GetMapper()->GetScalarVisibility());
+    EXPECT_FALSE(view.renderer()->GetUseDepthPeeling());
+    EXPECT_EQ(view.renderer()->GetMaximumNumberOfPeels(), 7);
+    EXPECT_EQ(view.renderer()->GetOcclusionRatio(), 0.25);
+    EXPECT_TRUE(view.renderer()->GetUseFXAA());
   }
+}
+
+TEST(RenderMode, GivenAPropertyThatAnActorNoLongerHas_WhenRendered_ThenTheViewLetsGoOfIt) {
+  OffscreenView view;
+  BodyModel model(make_cube(), OBUtil::HiddenLine);
+  vtkNew<vtkProperty> passing;
+  model.surface_actor->SetProperty(passing);
+  view.render();
+  EXPECT_GT(passing->GetReferenceCount(), 1);
+  model.surface_actor->SetProperty(model.surface);
+  view.render();
+  EXPECT_EQ(passing->GetReferenceCount(), 1);
 }
 
 TEST(RenderMode, GivenOneActorForTwoParts_WhenAFrameIsOver_ThenItLooksAsItDid) {
@@ -87,6 +108,22 @@ TEST(RenderMode, GivenOneActorForTwoParts_WhenAFrameIsOver_ThenItLooksAsItDid) {
   EXPECT_EQ(model.surface_actor->GetProperty(), model.surface.Get());
   EXPECT_TRUE(model.surface_actor->GetMapper()->GetScalarVisibility());
   EXPECT_EQ(first.count(is_red), 0);
+}
+
+TEST(RenderMode, GivenABodyWithALookOfItsOwnForBacks_WhenLinesAreHidden_ThenBacksHideThemToo) {
+  OffscreenView view;
+  vtkNew<vtkPlaneSource> sheet;
+  sheet->Update();
+  BodyModel model(sheet->GetOutput(), OBUtil::HiddenLine);
+  vtkNew<vtkProperty> back;
+  back->SetColor(0.9, 0.1, 0.1);
+  model.surface_actor->SetBackfaceProperty(back);
+  view.renderer()->GetActiveCamera()->SetPosition(0, 0, -3);
+  view.renderer()->ResetCamera();
+  EXPECT_EQ(view.render().count(is_red), 0);
+  EXPECT_EQ(model.surface_actor->GetBackfaceProperty(), back.Get());
+  model.set_mode(OBUtil::Shaded);
+  EXPECT_GT(view.render().count(is_red), 5000);
 }
 
 TEST(RenderMode, GivenTwoModelsInTwoViews_WhenInDifferentModes_ThenEachIsDrawnInItsOwn) {
@@ -133,6 +170,16 @@ TEST(RenderMode, GivenADenseDisplay_WhenRendered_ThenLinesAndPointsKeepTheirSize
   const int dense = view.render().count(is_black);
   EXPECT_GT(dense, plain * 3 / 2);
   EXPECT_EQ(model.edge->GetLineWidth(), 2.0F);
+}
+
+TEST(RenderMode, GivenAWindow_WhenAViewOpensInIt_ThenAKnownResolutionStays) {
+  for (const auto& [before, after] : {std::pair{72, 96}, {144, 144}, {71, 71}}) {
+    vtkNew<vtkRenderWindow> window;
+    window->SetOffScreenRendering(1);
+    window->SetDPI(before);
+    const GView view(window);
+    EXPECT_EQ(window->GetDPI(), after);
+  }
 }
 
 TEST(RenderMode, GivenBodiesOfAnySize_WhenRendered_ThenTheirSidesAreLitAlike) {

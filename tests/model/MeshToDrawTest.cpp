@@ -196,6 +196,13 @@ TEST_F(MeshToDraw, GivenADatabaseThatDoesNotAnswer_WhenAsked_ThenNothingIsMadeUp
     EXPECT_THAT(out.elements[Tarn::Hex], ElementsAre(of_kind[Tarn::Hex]));
   }
   database.answer_well();
+  database.fail("get_owner_dimension");
+  MeshVector of_any;
+  model.get_mesh_to_draw(owner, of_any);
+  for (int kind = 1; kind < 10; ++kind)
+    EXPECT_THAT(of_any.elements[kind], ElementsAre(of_kind[kind])) << "any dimension, kind " << kind;
+
+  database.answer_well();
   database.fail("get_owner_element_count");
   database.forget_calls();
   MeshVector out;
