@@ -40,6 +40,15 @@ std::size_t number_place(std::string_view digits) {
   return firsts[digits.size()] + value;
 }
 
+// What tells fonts apart; asked for each frame and mapper, and so without the text that `font_of` makes.
+bool is_same_font(vtkTextProperty* a, vtkTextProperty* b) {
+  const auto file_of = [](vtkTextProperty* style) {
+    return std::string_view(style->GetFontFile() ? style->GetFontFile() : "");
+  };
+  return a->GetFontSize() == b->GetFontSize() && a->GetBold() == b->GetBold() && a->GetItalic() == b->GetItalic() &&
+         a->GetFontFamily() == b->GetFontFamily() && file_of(a) == file_of(b);
+}
+
 } // namespace
 
 /// The coverage of a text, 0 to 255, rows upwards, and room for the rim round it.
@@ -84,7 +93,7 @@ std::string GlyphSheet::font_of(vtkTextProperty* style, int dpi) {
   return font;
 }
 
-GlyphSheet::GlyphSheet(vtkTextProperty* style, int dpi) : dpi_(dpi), font_(font_of(style, dpi)) {
+GlyphSheet::GlyphSheet(vtkTextProperty* style, int dpi) : dpi_(dpi) {
   style_->SetFontFamily(style->GetFontFamily());
   style_->SetFontFile(style->GetFontFile());
   style_->SetFontSize(style->GetFontSize());
@@ -97,7 +106,7 @@ GlyphSheet::GlyphSheet(vtkTextProperty* style, int dpi) : dpi_(dpi), font_(font_
 GlyphSheet::~GlyphSheet() = default;
 
 bool GlyphSheet::serves(vtkTextProperty* style, int dpi) const {
-  return coverage_.size() < kMostCoverage && font_of(style, dpi) == font_;
+  return coverage_.size() < kMostCoverage && dpi == dpi_ && is_same_font(style, style_);
 }
 
 GlyphSheet::Size GlyphSheet::lay_out(std::string_view text, std::vector<std::uint32_t>& pieces) {

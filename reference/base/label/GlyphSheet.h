@@ -68,7 +68,6 @@ private:
 
   vtkNew<vtkTextProperty> style_;
   int dpi_;
-  std::string font_;
   double digits_middle_ = 0.0;
   std::vector<Piece> pieces_;
   std::vector<std::size_t> coverage_starts_;
