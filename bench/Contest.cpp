@@ -11,9 +11,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int kLeastRounds = 5;
-constexpr int kMostRounds = 25;
-constexpr std::chrono::seconds kLongEnough(3);
+constexpr int least_rounds = 5;
+constexpr int most_rounds = 25;
+constexpr std::chrono::seconds long_enough(3);
 
 double median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -43,7 +43,7 @@ std::vector<double> hold_contest(const std::vector<Contender>& contenders) {
     time_once(contender);
   std::vector<std::vector<double>> times(contenders.size());
   const auto start = Clock::now();
-  for (int round = 0; round < kLeastRounds || (round < kMostRounds && Clock::now() - start < kLongEnough); ++round)
+  for (int round = 0; round < least_rounds || (round < most_rounds && Clock::now() - start < long_enough); ++round)
     for (std::size_t i = 0; i < contenders.size(); ++i)
       times[i].push_back(time_once(contenders[i]));
   std::vector<double> medians(contenders.size());

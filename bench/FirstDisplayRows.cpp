@@ -17,7 +17,7 @@
 namespace bench {
 namespace {
 
-constexpr std::uint64_t kSeed = 20240611;
+constexpr std::uint64_t seed = 20240611;
 
 /// Ours and a peer's drawing show the same faces, edges and nodes of the same mesh.
 void require_same_drawing(const std::string& name, const DatabaseMesh& mesh, GMeshGroup& group,
@@ -89,8 +89,8 @@ std::vector<Row> first_display_rows(const Settings& settings) {
   const auto tets = [settings](int n) { return box_of_tetrahedra(settings.edge(n)); };
   return {row("first_display_hex1m", [hexes] { return hexes(100); }),
           row("first_display_tet1m", [tets] { return tets(55); }),
-          row("first_display_hex1m_shuffled", [hexes] { return shuffled(hexes(100), kSeed); }),
-          row("first_display_tet1m_shuffled", [tets] { return shuffled(tets(55), kSeed); }),
+          row("first_display_hex1m_shuffled", [hexes] { return shuffled(hexes(100), seed); }),
+          row("first_display_tet1m_shuffled", [tets] { return shuffled(tets(55), seed); }),
           row("first_display_tet5m", [tets] { return tets(94); }),
           row("first_display_hex8m", [hexes] { return hexes(200); }),
           row("first_display_wheelset", [settings] { return read_tetrahedra(settings.wheelset); })};

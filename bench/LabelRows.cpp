@@ -29,14 +29,14 @@
 namespace bench {
 namespace {
 
-constexpr int kWidth = 1280;
-constexpr int kHeight = 720;
-constexpr unsigned kSeed = 20240611;
-constexpr double kStep = 0.5; // degrees
+constexpr int width = 1280;
+constexpr int height = 720;
+constexpr unsigned seed = 20240611;
+constexpr double step = 0.5; // degrees
 
 /// Points all over a view, all within it however little it turns.
 std::vector<TovanVector> scattered_points(int count) {
-  std::mt19937 random(kSeed);
+  std::mt19937 random(seed);
   std::uniform_real_distribution<double> across(-1.5, 1.5), up(-0.9, 0.9), deep(-0.1, 0.1);
   std::vector<TovanVector> points;
   for (int i = 0; i < count; ++i) {
@@ -51,7 +51,7 @@ class LabelStage {
 public:
   LabelStage() {
     window_->SetOffScreenRendering(1);
-    window_->SetSize(kWidth, kHeight);
+    window_->SetSize(width, height);
     view_ = std::make_unique<GView>(window_);
     vtkCamera* camera = view_->renderer()->GetActiveCamera();
     camera->ParallelProjectionOn();
@@ -81,10 +81,10 @@ public:
   std::size_t labelled(const std::vector<TovanVector>& points) {
     draw();
     vtkNew<vtkUnsignedCharArray> pixels;
-    window_->GetRGBACharPixelData(0, 0, kWidth - 1, kHeight - 1, 0, pixels);
+    window_->GetRGBACharPixelData(0, 0, width - 1, height - 1, 0, pixels);
     const auto differs = [&](int x, int y) {
       for (int channel = 0; channel < 3; ++channel)
-        if (pixels->GetTypedComponent(y * kWidth + x, channel) != pixels->GetTypedComponent(0, channel)) return true;
+        if (pixels->GetTypedComponent(y * width + x, channel) != pixels->GetTypedComponent(0, channel)) return true;
       return false;
     };
     std::size_t found = 0;
@@ -106,7 +106,7 @@ private:
   std::unique_ptr<GView> view_;
   vtkNew<vtkActor2D> actor_;
   vtkNew<vtkTextProperty> style_;
-  double step_ = kStep;
+  double step_ = step;
 };
 
 /// Ours, hidden by what is drawn before, of which there is nothing here.

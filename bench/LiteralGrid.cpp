@@ -71,12 +71,12 @@ std::vector<Node> number_points(Tarn::MeshData& database, const std::vector<Node
 }
 
 vtkSmartPointer<vtkPoints> read_points(Tarn::MeshData& database, const std::vector<Node>& nodes) {
-  constexpr std::size_t kBatch = 1000;
+  constexpr std::size_t batch = 1000;
   auto points = vtkSmartPointer<vtkPoints>::New();
   points->SetNumberOfPoints(static_cast<vtkIdType>(nodes.size()));
-  std::array<float, 3 * kBatch> xyz{};
-  for (std::size_t first = 0; first < nodes.size(); first += kBatch) {
-    const std::size_t count = std::min(kBatch, nodes.size() - first);
+  std::array<float, 3 * batch> xyz{};
+  for (std::size_t first = 0; first < nodes.size(); first += batch) {
+    const std::size_t count = std::min(batch, nodes.size() - first);
     database.get_float_coordinates(count, &nodes[first], xyz.data());
     for (std::size_t i = 0; i < count; ++i)
       points->SetPoint(static_cast<vtkIdType>(first + i), &xyz[3 * i]);

@@ -18,8 +18,8 @@
 namespace bench {
 namespace {
 
-constexpr char kDatabase[] = "database_hex10m";
-constexpr char kPeak[] = "peak_hex8m_per_face";
+constexpr char database_row[] = "database_hex10m";
+constexpr char peak_row[] = "peak_hex8m_per_face";
 
 // ------------------------------------------------------------------------------------------ in the child
 
@@ -113,12 +113,12 @@ std::vector<Row> memory_rows(const Settings& settings) {
   const auto row = [settings](const std::string& name, const std::string& unit) {
     return Row{name, [=](Report& report) { report.add_memory(name, measure_in_child(name, settings), unit); }};
   };
-  return {row(kDatabase, "ratio"), row(kPeak, "bytes/face")};
+  return {row(database_row, "ratio"), row(peak_row, "bytes/face")};
 }
 
 double measure_memory_here(const std::string& name, const Settings& settings) {
-  if (name == kDatabase) return database_over_raw_arrays(settings);
-  if (name == kPeak) return peak_per_face(settings);
+  if (name == database_row) return database_over_raw_arrays(settings);
+  if (name == peak_row) return peak_per_face(settings);
   throw std::invalid_argument(name + ": no such memory row");
 }
 

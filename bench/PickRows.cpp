@@ -27,9 +27,9 @@
 namespace bench {
 namespace {
 
-constexpr std::uint64_t kSeed = 20240611;
+constexpr std::uint64_t seed = 20240611;
 // Off the middle, where the ray would run along faces.
-constexpr double kAside = 0.37;
+constexpr double aside = 0.37;
 
 /// VTK's pickers on the same mesh, as a plain unstructured grid from the same camera.
 class StockPickers {
@@ -40,7 +40,7 @@ public:
     vtkNew<vtkActor> actor;
     actor->SetMapper(mapper);
     window_->SetOffScreenRendering(1);
-    window_->SetSize(kWidth, kHeight);
+    window_->SetSize(width, height);
     window_->AddRenderer(renderer_);
     renderer_->AddActor(actor);
     renderer_->SetActiveCamera(camera);
@@ -76,8 +76,8 @@ private:
   vtkNew<vtkHardwareSelector> selector_;
 };
 
-const std::vector<std::string> kSolids = {"ThreeDimElement"};
-const std::vector<std::string> kFaces = {"Face"};
+const std::vector<std::string> solids = {"ThreeDimElement"};
+const std::vector<std::string> faces = {"Face"};
 
 /// The pick filter for the length of a row.
 class Filter {
@@ -92,7 +92,7 @@ private:
 /// Throws where ours and the stock pickers do not find the same element under the cursor.
 void require_same_pick(const std::string& name, PickStage& stage, const PickedMesh& mesh, StockPickers& stock, float x,
                        float y) {
-  const Filter filter(kSolids);
+  const Filter filter(solids);
   if (!GPickerBase::pick(stage.view(), x, y)) throw std::runtime_error(name + ": nothing is picked");
   const auto winner = static_cast<vtkIdType>(mesh.position_of({GPickerBase::picked().front().entity()->handle()}));
   if (stock.pick_plainly(x, y) != winner || stock.pick_with_locator(x, y) != winner ||
@@ -107,14 +107,14 @@ void compare_picks(const std::string& name, const std::string& mesh_name, const 
   mesh.show(stage);
   stage.look_at_all(0.5, 0.6, 1);
   StockPickers stock(raw, stage.view()->renderer()->GetActiveCamera());
-  const float x = kWidth / 2 + kAside;
-  const float y = kHeight / 2 + kAside;
+  const float x = width / 2 + aside;
+  const float y = height / 2 + aside;
   require_same_pick(name, stage, mesh, stock, x, y);
   const std::vector<double> medians = hold_contest({
       {[&] { stage.picker().compute_pick(stage.view()->renderer(), x, y, false); }},
       {[&] { stock.pick_plainly(x, y); }},
       {[&] { stock.pick_with_locator(x, y); }},
-      {[&] { stock.select_pixel(kWidth / 2, kHeight / 2); }},
+      {[&] { stock.select_pixel(width / 2, height / 2); }},
       {[&] { GPickerBase::pick(stage.view(), x, y); }},
   });
   report.add_result(name, medians[0], medians[1]);
@@ -125,7 +125,7 @@ void compare_picks(const std::string& name, const std::string& mesh_name, const 
 
 /// All faces of a sheet by one region, in many owners against in one: what was found is handed over again with each.
 void compare_owners(const std::string& name, const RawMesh& raw, int owners, Report& report) {
-  const Filter filter(kFaces);
+  const Filter filter(faces);
   PickStage stage;
   PickedMesh one(raw);
   PickedMesh many(raw, owners);
@@ -133,7 +133,7 @@ void compare_owners(const std::string& name, const RawMesh& raw, int owners, Rep
   stage.look_at_all(0, 0, 1);
   one.hide();
   const double low[2] = {0, 0};
-  const double high[2] = {kWidth, kHeight};
+  const double high[2] = {width, height};
   PickRectangle everything(low, high);
   const auto pick = [&] {
     GPickerBase::pick_by_bounds(stage.view(), everything);
@@ -164,7 +164,7 @@ std::vector<Row> pick_rows(const Settings& settings) {
   const auto hexes = [settings] {
     return box_of_hexahedra(settings.edge(100), settings.edge(100), settings.edge(100));
   };
-  return {pick("hex1m", hexes), pick("hex1m_shuffled", [hexes] { return shuffled(hexes(), kSeed); }),
+  return {pick("hex1m", hexes), pick("hex1m_shuffled", [hexes] { return shuffled(hexes(), seed); }),
           pick("tet1m", [settings] { return box_of_tetrahedra(settings.edge(55)); }), region(1000), region(10000)};
 }
 

@@ -10,7 +10,7 @@ namespace bench {
 
 PickStage::PickStage() {
   window_->SetOffScreenRendering(1);
-  window_->SetSize(kWidth, kHeight);
+  window_->SetSize(width, height);
   view_ = std::make_unique<GView>(window_);
 }
 

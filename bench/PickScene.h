@@ -14,8 +14,8 @@
 
 namespace bench {
 
-constexpr int kWidth = 1280;
-constexpr int kHeight = 720;
+constexpr int width = 1280;
+constexpr int height = 720;
 
 /// A view of the usual size in a window that is never shown, and the mesh picker. Every model that is hooked to views
 /// shows in it, so that one mesh at a time is `show`n.

@@ -64,15 +64,15 @@ RawMesh box_of_hexahedra(int nx, int ny, int nz) {
 
 RawMesh box_of_tetrahedra(int n) {
   // One tetrahedron for each way from corner 0 to corner 6 along the cube's edges, all of positive volume.
-  static constexpr int kTets[6][4] = {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6},
-                                      {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}};
+  static constexpr int tets[6][4] = {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6},
+                                     {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}};
   RawMesh mesh;
   mesh.type = Tarn::Tet;
   mesh.nodes_per_element = 4;
   mesh.xyz = lattice(n, n, n);
   mesh.nodes.reserve(std::size_t(24) * n * n * n);
   for_each_cube(n, n, n, [&mesh](const std::array<std::int32_t, 8>& corners) {
-    for (const auto& tet : kTets)
+    for (const auto& tet : tets)
       for (const int corner : tet)
         mesh.nodes.push_back(corners[corner]);
   });

@@ -27,7 +27,7 @@
 
 namespace {
 
-constexpr std::size_t kKinds = 10;
+constexpr std::size_t kinds = 10;
 
 /// The handles in a data array; none where it is missing or of another type.
 template <int Dim> std::vector<Tarn::Handle<Dim>> handles_in(vtkDataSetAttributes* attributes, const char* name) {
@@ -132,13 +132,13 @@ void GMeshLabels::add_own_labels(GMeshGroup* group, bool with_adjacent_edges) {
   if (elements.empty()) return;
   std::vector<Tarn::ElementType> types;
   OB::get_element_types(static_cast<int>(elements.size()), elements.data(), types, drawn.database);
-  std::array<ElementsOfKind, kKinds> by_kind;
+  std::array<ElementsOfKind, kinds> by_kind;
   for (std::size_t i = 0; i < elements.size(); ++i) {
-    if (types[i] >= kKinds) continue;
+    if (types[i] >= kinds) continue;
     by_kind[types[i]].cells.push_back(static_cast<vtkIdType>(i));
     by_kind[types[i]].elements.push_back(elements[i]);
   }
-  for (unsigned kind = Tarn::OneNode; kind < kKinds; ++kind) {
+  for (unsigned kind = Tarn::OneNode; kind < kinds; ++kind) {
     const OBUtil::LabelType flag = model_->get_element_label_flag(static_cast<Tarn::ElementType>(kind));
     if (flag != OBUtil::NoLabel && !by_kind[kind].cells.empty())
       add_element_labels(drawn, by_kind[kind], flag == OBUtil::GlobalId);

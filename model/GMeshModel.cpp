@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr std::uint32_t kAnyDimension = 0xffffffffu;
-constexpr int kFirstKind = 1;
-constexpr int kKinds = 10;
+constexpr std::uint32_t any_dimension = 0xffffffffu;
+constexpr int first_kind = 1;
+constexpr int kinds = 10;
 
 bool has_colors(const std::vector<TovanColor>& node_colors,
                 const std::array<std::vector<TovanColor>, 10>& element_colors) {
@@ -48,9 +48,9 @@ void keep_flagged(Tarn::MeshData& db, std::vector<Tarn::Handle<0>>& nodes) {
 
 /// Leaves lists alone that the owner has nothing for.
 void read_elements(Tarn::MeshData& db, Tarn::SMeshOwnerType* owner, std::uint32_t dimension, MeshVector& out) {
-  for (int kind = kFirstKind; kind < kKinds; ++kind) {
+  for (int kind = first_kind; kind < kinds; ++kind) {
     const auto type = static_cast<Tarn::ElementType>(kind);
-    if (dimension != kAnyDimension &&
+    if (dimension != any_dimension &&
         static_cast<std::uint32_t>(MDBDefines::TarnTopologicalDimension(type)) != dimension)
       continue;
     Tarn::MeshData::Count count = 0;
@@ -256,7 +256,7 @@ bool GMeshModel::get_node_vis(Tarn::SMeshOwnerType* owner) {
 void GMeshModel::get_mesh_to_draw(Tarn::SMeshOwnerType* owner, MeshVector& out) {
   if (!owner) return;
   if (read_nodes(*mesh_data_, owner, out.nodes)) keep_flagged(*mesh_data_, out.nodes);
-  std::uint32_t dimension = kAnyDimension;
+  std::uint32_t dimension = any_dimension;
   mesh_data_->get_owner_dimension(owner, &dimension);
   read_elements(*mesh_data_, owner, dimension, out);
   // Nodes are all that an owner at a vertex has, so they are drawn whatever their flags.

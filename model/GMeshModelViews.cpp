@@ -21,9 +21,9 @@ namespace {
 enum Part : int { SurfacePart = 0, EdgePart = 1, NodePart = 2 };
 
 /// Pixels of a node of size 1.
-constexpr float kPixelsPerPointSize = 6.0f;
+constexpr float pixels_per_point_size = 6.0f;
 
-const TovanColor kNoColor;
+const TovanColor no_color;
 
 bool draws_wire(OBUtil::RenderMode mode) { return mode < OBUtil::Shaded; }
 
@@ -62,7 +62,7 @@ void change_scalar_visibility(bool on, GMeshDataGroup* group, Part part, GModel:
 
 void GMeshModel::set_initial_looks() {
   for (vtkProperty* property : {surface_flat_.Get(), surface_smooth_.Get(), edge_prop_.Get(), node_prop_.Get()})
-    property->SetPointSize(kPixelsPerPointSize);
+    property->SetPointSize(pixels_per_point_size);
   surface_flat_->SetInterpolationToFlat();
 
   edge_prop_->LightingOff();
@@ -128,17 +128,17 @@ void GMeshModel::set_line_width(float w) { edge_prop_->SetLineWidth(w); }
 float GMeshModel::get_line_width() { return edge_prop_->GetLineWidth(); }
 
 void GMeshModel::set_node_point_size(float s) {
-  node_prop_->SetPointSize(s * kPixelsPerPointSize);
+  node_prop_->SetPointSize(s * pixels_per_point_size);
   for (vtkProperty* property : {surface_flat_.Get(), surface_smooth_.Get(), edge_prop_.Get()})
-    property->SetPointSize(kPixelsPerPointSize);
+    property->SetPointSize(pixels_per_point_size);
 }
 
-float GMeshModel::get_node_point_size() { return node_prop_->GetPointSize() / kPixelsPerPointSize; }
+float GMeshModel::get_node_point_size() { return node_prop_->GetPointSize() / pixels_per_point_size; }
 
 void GMeshModel::set_line_color(TovanColor color) {
   if (color == line_color_) return;
   line_color_ = color;
-  const bool is_set = color != kNoColor;
+  const bool is_set = color != no_color;
   if (is_set) {
     double rgb[3];
     color.to_rgb(rgb);
@@ -255,7 +255,7 @@ GMeshDataGroup* GMeshModel::data_group_of(GMeshGroup* group) const {
 }
 
 void GMeshModel::add_mesh_group(GMeshGroup* group) {
-  const bool line_color_unset = line_color_ == kNoColor;
+  const bool line_color_unset = line_color_ == no_color;
   const bool flat = group->get_color_type() != GMeshGroup::VertexColors;
   GMeshDataGroup* const data_group = data_group_of(group);
   // A mesh replaced while hidden is in view already, perhaps in another data group: it would be drawn in both.

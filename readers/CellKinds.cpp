@@ -10,22 +10,22 @@ namespace {
 
 using Type = Tarn::ElementType;
 
-constexpr std::uint8_t PixelOrder[] = {0, 1, 3, 2};
-constexpr std::uint8_t VoxelOrder[] = {0, 1, 3, 2, 4, 5, 7, 6};
-constexpr int KnownTypes = 128;
+constexpr std::uint8_t pixel_order[] = {0, 1, 3, 2};
+constexpr std::uint8_t voxel_order[] = {0, 1, 3, 2, 4, 5, 7, 6};
+constexpr int known_types = 128;
 
-std::array<CellKind, KnownTypes> make_table() {
-  std::array<CellKind, KnownTypes> table;
+std::array<CellKind, known_types> make_table() {
+  std::array<CellKind, known_types> table;
   const auto one = [&table](int vtk_type, Type type, std::uint8_t nodes, const std::uint8_t* order = nullptr) {
     table[static_cast<std::size_t>(vtk_type)] = {CellRule::OneElement, type, nodes, order};
   };
   one(VTK_VERTEX, Type::OneNode, 1);
   one(VTK_LINE, Type::Edge, 2);
   one(VTK_TRIANGLE, Type::Tri, 3);
-  one(VTK_PIXEL, Type::Quad, 4, PixelOrder);
+  one(VTK_PIXEL, Type::Quad, 4, pixel_order);
   one(VTK_QUAD, Type::Quad, 4);
   one(VTK_TETRA, Type::Tet, 4);
-  one(VTK_VOXEL, Type::Hex, 8, VoxelOrder);
+  one(VTK_VOXEL, Type::Hex, 8, voxel_order);
   one(VTK_HEXAHEDRON, Type::Hex, 8);
   one(VTK_WEDGE, Type::Wedge, 6);
   one(VTK_PYRAMID, Type::Pyramid, 5);
@@ -50,9 +50,9 @@ std::array<CellKind, KnownTypes> make_table() {
 } // namespace
 
 const CellKind& cell_kind(int vtk_type) {
-  static const std::array<CellKind, KnownTypes> table = make_table();
+  static const std::array<CellKind, known_types> table = make_table();
   static const CellKind unknown;
-  return vtk_type >= 0 && vtk_type < KnownTypes ? table[static_cast<std::size_t>(vtk_type)] : unknown;
+  return vtk_type >= 0 && vtk_type < known_types ? table[static_cast<std::size_t>(vtk_type)] : unknown;
 }
 
 std::string name_of_left_out(int vtk_type) {

@@ -17,22 +17,22 @@ namespace {
 class BatchTable {
 public:
   BatchTable(MeshDraft& draft, const CellFacts& facts)
-      : draft_(draft), facts_(facts), index_(facts.owner_of_label.size() * Slots, None) {}
+      : draft_(draft), facts_(facts), index_(facts.owner_of_label.size() * slots, none) {}
 
   ElementBatch& batch(std::uint32_t label, Tarn::ElementType type, std::uint32_t nodes_per_element) {
-    std::uint32_t& index = index_[label * Slots + slot(type, nodes_per_element)];
-    if (index == None) index = add(label, type, nodes_per_element);
+    std::uint32_t& index = index_[label * slots + slot(type, nodes_per_element)];
+    if (index == none) index = add(label, type, nodes_per_element);
     return draft_.batches[index];
   }
 
 private:
-  static constexpr std::size_t Slots = 32;
-  static constexpr std::uint32_t None = 0xffffffffu;
+  static constexpr std::size_t slots = 32;
+  static constexpr std::uint32_t none = 0xffffffffu;
 
   // Three numbers of nodes for each kind at most: linear, without and with centres.
   static std::size_t slot(Tarn::ElementType type, std::uint32_t n) {
-    constexpr std::uint32_t Quadratic[9] = {0, 0, 3, 6, 8, 10, 20, 15, 13};
-    return 3 * type + (n > Quadratic[type] ? 2 : n == Quadratic[type] ? 1 : 0);
+    constexpr std::uint32_t quadratic[9] = {0, 0, 3, 6, 8, 10, 20, 15, 13};
+    return 3 * type + (n > quadratic[type] ? 2 : n == quadratic[type] ? 1 : 0);
   }
 
   std::uint32_t add(std::uint32_t label, Tarn::ElementType type, std::uint32_t nodes_per_element) {
@@ -168,10 +168,10 @@ private:
   }
 
   template <typename Int> void add_strip(const Int* points, std::size_t count) {
-    static constexpr std::uint8_t Turned[] = {1, 0, 2};
+    static constexpr std::uint8_t turned[] = {1, 0, 2};
     if (count < 3) return leave_out_miscounted();
     for (std::size_t i = 0; i + 2 < count; ++i)
-      emit(Tarn::Tri, points + i, 3, i % 2 == 0 ? nullptr : Turned);
+      emit(Tarn::Tri, points + i, 3, i % 2 == 0 ? nullptr : turned);
   }
 
   template <typename Int> void add_polygon(const Int* points, std::size_t count) {
@@ -189,7 +189,7 @@ private:
     for (std::uint32_t i = 0; i < count; ++i) {
       const std::uint32_t node = node_at(static_cast<std::size_t>(points[order ? order[i] : i]));
       batch.nodes.push_back(node);
-      if (draft_.node_owner[node] == Unowned) draft_.node_owner[node] = batch.owner;
+      if (draft_.node_owner[node] == unowned) draft_.node_owner[node] = batch.owner;
     }
     batch.position.push_back(++draft_.last_position);
     if (!facts_.numbers.empty()) batch.numbers.push_back(facts_.numbers[cell_id_]);
@@ -219,7 +219,7 @@ void add_cells(MeshDraft& draft, const std::vector<CellList>& lists, const CellF
 }
 
 void own_the_rest(MeshDraft& draft, std::uint32_t first_node, std::uint32_t owner) {
-  std::replace(draft.node_owner.begin() + first_node, draft.node_owner.end(), Unowned, owner);
+  std::replace(draft.node_owner.begin() + first_node, draft.node_owner.end(), unowned, owner);
 }
 
 } // namespace readers

@@ -9,7 +9,7 @@ class vtkCellArray;
 
 namespace readers {
 
-constexpr std::uint32_t Unowned = 0xffffffffu; ///< a node of a draft that has no owner yet
+constexpr std::uint32_t unowned = 0xffffffffu; ///< a node of a draft that has no owner yet
 
 /// Cells of a VTK data set, not yet trusted. Cell ids run on from list to list.
 struct CellList {

@@ -25,7 +25,7 @@ namespace readers {
 
 namespace {
 
-constexpr vtkIdType NodeLimit = vtkIdType{1} << 29;
+constexpr vtkIdType node_limit = vtkIdType{1} << 29;
 
 // The cells of a data set as lists; holds what it had to make for them.
 struct Cells {
@@ -84,11 +84,11 @@ void list_cells(vtkDataSet& data, Cells& cells) {
 
 void append_points(MeshDraft& draft, vtkDataSet& data) {
   const vtkIdType count = data.GetNumberOfPoints();
-  if (count > NodeLimit || static_cast<vtkIdType>(draft.node_count()) + count > NodeLimit)
+  if (count > node_limit || static_cast<vtkIdType>(draft.node_count()) + count > node_limit)
     throw Refusal("more than 2^29 nodes");
   const std::size_t before = draft.xyz.size();
   draft.xyz.resize(before + 3 * static_cast<std::size_t>(count));
-  draft.node_owner.resize(draft.node_count(), Unowned);
+  draft.node_owner.resize(draft.node_count(), unowned);
   auto* point_set = vtkPointSet::SafeDownCast(&data);
   vtkDataArray* array = point_set && point_set->GetPoints() ? point_set->GetPoints()->GetData() : nullptr;
   double* out = draft.xyz.data() + before;

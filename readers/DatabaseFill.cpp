@@ -16,8 +16,8 @@ using Tarn::MeshDatabase;
 using Node = MeshDatabase::Node;
 using Elem = MeshDatabase::Elem;
 
-constexpr std::uint64_t NodeLimit = std::uint64_t{1} << 29;
-constexpr std::int64_t LargestId = std::numeric_limits<std::int32_t>::max();
+constexpr std::uint64_t node_limit = std::uint64_t{1} << 29;
+constexpr std::int64_t largest_id = std::numeric_limits<std::int32_t>::max();
 
 // Local and global ids, parallel to the draft.
 struct Ids {
@@ -74,7 +74,7 @@ bool number_nodes(const MeshDraft& draft, MeshDatabase& database, Ids& ids, std:
     return true;
   }
   const std::int64_t base = database.node_count() > 0 ? largest_node_id(database) : 0;
-  if (base + static_cast<std::int64_t>(count) > LargestId) return false;
+  if (base + static_cast<std::int64_t>(count) > largest_id) return false;
   for (std::size_t i = 0; i < count; ++i)
     ids.nodes[i] = static_cast<int>(base + 1 + static_cast<std::int64_t>(i));
   if (!numbers.empty()) notices.push_back(renumbered("node", base + 1));
@@ -118,7 +118,7 @@ void number_by_position(const MeshDraft& draft, std::int64_t base, Ids& ids) {
 void take_global_ids(const MeshDraft& draft, const std::vector<std::int64_t>& numbers, Ids& ids) {
   ids.global_elements = ids.elements;
   const bool fit = std::all_of(numbers.begin(), numbers.end(), [](std::int64_t number) {
-    return number >= std::numeric_limits<std::int32_t>::min() && number <= LargestId;
+    return number >= std::numeric_limits<std::int32_t>::min() && number <= largest_id;
   });
   if (numbers.empty() || !fit) return;
   for (std::size_t b = 0; b < draft.batches.size(); ++b)
@@ -135,10 +135,10 @@ bool number_elements(const MeshDraft& draft, MeshDatabase& database, Ids& ids, s
   const std::int64_t largest_number = numbers.empty() ? 0 : *std::max_element(numbers.begin(), numbers.end());
   const std::int64_t faces = static_cast<std::int64_t>(draft.element_count() - numbers.size());
   const std::int64_t next = std::max(base, largest_number) + 1;
-  if (can_be_local_ids(numbers, database) && next + faces - 1 <= LargestId) {
+  if (can_be_local_ids(numbers, database) && next + faces - 1 <= largest_id) {
     number_by_file(draft, next, ids);
   } else {
-    if (base + draft.last_position > LargestId) return false;
+    if (base + draft.last_position > largest_id) return false;
     number_by_position(draft, base, ids);
     if (!numbers.empty()) notices.push_back(renumbered("element", base + 1));
   }
@@ -148,15 +148,15 @@ bool number_elements(const MeshDraft& draft, MeshDatabase& database, Ids& ids, s
 
 // The dimension of the elements of each owner: any when they differ or there are none.
 std::vector<std::uint32_t> owner_dimensions(const MeshDraft& draft) {
-  constexpr std::uint32_t Unset = 100;
-  std::vector<std::uint32_t> dimensions(draft.owners.size(), Unset);
+  constexpr std::uint32_t unset = 100;
+  std::vector<std::uint32_t> dimensions(draft.owners.size(), unset);
   for (const ElementBatch& batch : draft.batches) {
     if (batch.size() == 0) continue;
     const auto dimension = static_cast<std::uint32_t>(MDBDefines::TarnTopologicalDimension(batch.type));
     std::uint32_t& known = dimensions[batch.owner];
-    known = known == Unset || known == dimension ? dimension : MeshDatabase::AnyDimension;
+    known = known == unset || known == dimension ? dimension : MeshDatabase::AnyDimension;
   }
-  std::replace(dimensions.begin(), dimensions.end(), Unset, std::uint32_t{MeshDatabase::AnyDimension});
+  std::replace(dimensions.begin(), dimensions.end(), unset, std::uint32_t{MeshDatabase::AnyDimension});
   return dimensions;
 }
 
@@ -223,7 +223,7 @@ void count_into(Report& report, const MeshDraft& draft) {
 
 std::string fill_database(const MeshDraft& draft, const Options& options, MeshDatabase& database, Report& report) {
   if (draft.node_count() == 0) return "nothing in it can be drawn";
-  if (database.node_count() + draft.node_count() > NodeLimit) return "more than 2^29 nodes";
+  if (database.node_count() + draft.node_count() > node_limit) return "more than 2^29 nodes";
   count_into(report, draft);
   Ids ids;
   if (!number_nodes(draft, database, ids, report.notices) || !number_elements(draft, database, ids, report.notices))

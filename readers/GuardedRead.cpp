@@ -27,11 +27,11 @@ enum Outcome : int { Parsed = 80, Refused = 81, OutOfMemory = 82, Broken = 83 };
 
 // The shadow memory of this sanitizer alone exceeds every sensible limit.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool CanLimitMemory = false;
+constexpr bool can_limit_memory = false;
 #elif defined(__has_feature)
-constexpr bool CanLimitMemory = !__has_feature(address_sanitizer);
+constexpr bool can_limit_memory = !__has_feature(address_sanitizer);
 #else
-constexpr bool CanLimitMemory = true;
+constexpr bool can_limit_memory = true;
 #endif
 
 // A file without a name, in memory, that both processes see.
@@ -76,7 +76,7 @@ void set_limit(decltype(RLIMIT_AS) resource, std::uint64_t value) {
 }
 
 void confine(const Limits& limits) {
-  if (CanLimitMemory) set_limit(RLIMIT_AS, address_space_in_use() + limits.memory_bytes);
+  if (can_limit_memory) set_limit(RLIMIT_AS, address_space_in_use() + limits.memory_bytes);
   set_limit(RLIMIT_CORE, 0);
   set_limit(RLIMIT_CPU, limits.cpu_seconds);
   // Should it sleep for ever instead of computing.
@@ -142,13 +142,13 @@ int wait_for(pid_t child) {
 } // namespace
 
 Limits limits_for(std::uint64_t file_size) {
-  constexpr std::uint64_t Floor = std::uint64_t{2} << 30;
-  constexpr std::uint64_t PerByte = 100; // compressed XML unpacks to about a tenth of this
-  constexpr std::uint64_t Megabyte = 1u << 20;
+  constexpr std::uint64_t floor = std::uint64_t{2} << 30;
+  constexpr std::uint64_t per_byte = 100; // compressed XML unpacks to about a tenth of this
+  constexpr std::uint64_t megabyte = 1u << 20;
   const auto pages = static_cast<std::uint64_t>(std::max(0l, ::sysconf(_SC_PHYS_PAGES)));
   const std::uint64_t physical = pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
-  return {std::max(Floor, std::min(Floor + file_size * PerByte, physical)),
-          static_cast<unsigned>(20 + std::min<std::uint64_t>(file_size / Megabyte, 3600))};
+  return {std::max(floor, std::min(floor + file_size * per_byte, physical)),
+          static_cast<unsigned>(20 + std::min<std::uint64_t>(file_size / megabyte, 3600))};
 }
 
 MeshDraft read_guarded(const std::function<MeshDraft()>& parse, const Limits& limits) {

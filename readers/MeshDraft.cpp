@@ -10,24 +10,24 @@ namespace readers {
 
 namespace {
 
-constexpr std::uint32_t Gone = 0xffffffffu;
+constexpr std::uint32_t gone_node = 0xffffffffu;
 
 bool drawable(const double* xyz) {
   // Beyond single precision a coordinate becomes infinite on its way to the screen.
-  constexpr double Limit = std::numeric_limits<float>::max();
-  return std::abs(xyz[0]) <= Limit && std::abs(xyz[1]) <= Limit && std::abs(xyz[2]) <= Limit;
+  constexpr double limit = std::numeric_limits<float>::max();
+  return std::abs(xyz[0]) <= limit && std::abs(xyz[1]) <= limit && std::abs(xyz[2]) <= limit;
 }
 
 bool all_below(const std::vector<std::uint32_t>& indices, std::size_t limit) {
   return std::all_of(indices.begin(), indices.end(), [limit](std::uint32_t index) { return index < limit; });
 }
 
-// The new index of each node, `Gone` for those that cannot be drawn.
+// The new index of each node, `gone_node` for those that cannot be drawn.
 std::vector<std::uint32_t> number_drawable_nodes(const MeshDraft& draft, std::uint32_t& kept) {
   std::vector<std::uint32_t> index(draft.node_count());
   kept = 0;
   for (std::size_t node = 0; node < index.size(); ++node)
-    index[node] = drawable(&draft.xyz[3 * node]) ? kept++ : Gone;
+    index[node] = drawable(&draft.xyz[3 * node]) ? kept++ : gone_node;
   return index;
 }
 
@@ -36,7 +36,7 @@ void keep_marked(std::vector<T>& values, std::size_t stride, const std::vector<s
   if (values.empty()) return;
   std::size_t kept = 0;
   for (std::size_t i = 0; i < index.size(); ++i)
-    if (index[i] != Gone) {
+    if (index[i] != gone_node) {
       std::copy_n(values.begin() + static_cast<std::ptrdiff_t>(i * stride), stride,
                   values.begin() + static_cast<std::ptrdiff_t>(kept * stride));
       ++kept;
@@ -50,8 +50,9 @@ std::size_t drop_elements_on_gone_nodes(ElementBatch& batch, const std::vector<s
   std::size_t dropped = 0;
   for (std::size_t e = 0; e < batch.size(); ++e) {
     const std::uint32_t* nodes = &batch.nodes[e * stride];
-    const bool gone = std::any_of(nodes, nodes + stride, [&](std::uint32_t node) { return node_index[node] == Gone; });
-    kept[e] = gone ? Gone : 0;
+    const bool gone =
+        std::any_of(nodes, nodes + stride, [&](std::uint32_t node) { return node_index[node] == gone_node; });
+    kept[e] = gone ? gone_node : 0;
     dropped += gone;
   }
   keep_marked(batch.nodes, stride, kept);
@@ -158,7 +159,7 @@ void leave_out_bad_nodes(MeshDraft& draft) {
   for (NodeSet& set : draft.node_sets) {
     std::vector<std::uint32_t> left;
     for (std::uint32_t node : set.nodes)
-      if (index[node] != Gone) left.push_back(index[node]);
+      if (index[node] != gone_node) left.push_back(index[node]);
     set.nodes.swap(left);
   }
 }

@@ -12,9 +12,9 @@ namespace readers {
 
 namespace {
 
-constexpr std::size_t MostOwners = 65536;
+constexpr std::size_t most_owners = 65536;
 
-const char* const KnownNames[] = {
+const char* const known_names[] = {
     "elementblockids",  "objectid",      "blockid",     "block_id", "block",     "geometryids", "cellentityids",
     "gmsh:geometrical", "gmsh:physical", "partid",      "part_id",  "part",      "parts",       "pid",
     "materialids",      "materialid",    "material_id", "mat_id",   "matid",     "material",    "mat",
@@ -32,7 +32,7 @@ bool holds_integers(const vtkDataArray& array) {
 
 vtkDataArray* find_array(vtkDataSet& data) {
   vtkCellData& cell_data = *data.GetCellData();
-  for (const char* known : KnownNames)
+  for (const char* known : known_names)
     for (int i = 0; i < cell_data.GetNumberOfArrays(); ++i) {
       vtkDataArray* array = cell_data.GetArray(i);
       if (array && array->GetName() && lower(array->GetName()) == known && holds_integers(*array) &&
@@ -62,7 +62,7 @@ std::vector<std::int64_t> distinct(std::vector<std::int64_t> values) {
 } // namespace
 
 bool is_owner_array(const std::string& name) {
-  return std::find(std::begin(KnownNames), std::end(KnownNames), lower(name)) != std::end(KnownNames);
+  return std::find(std::begin(known_names), std::end(known_names), lower(name)) != std::end(known_names);
 }
 
 OwnerLabels find_owner_labels(vtkDataSet& data) {
@@ -71,7 +71,7 @@ OwnerLabels find_owner_labels(vtkDataSet& data) {
   if (!array || data.GetNumberOfCells() == 0) return labels;
   const std::vector<std::int64_t> values = values_of(*array);
   labels.values = distinct(values);
-  if (labels.values.size() > MostOwners) {
+  if (labels.values.size() > most_owners) {
     labels.notice = std::string("cell array ") + array->GetName() + " has more than 65536 values: not taken for owners";
     labels.values.clear();
     return labels;

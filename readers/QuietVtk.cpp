@@ -56,8 +56,8 @@ std::string in_one_line(const std::string& text) {
   }
   while (!line.empty() && (line.back() == ' ' || line.back() == '.'))
     line.pop_back();
-  constexpr std::size_t Longest = 200;
-  return line.substr(0, Longest);
+  constexpr std::size_t longest = 200;
+  return line.substr(0, longest);
 }
 
 } // namespace

@@ -16,10 +16,10 @@ using Tarn::ElementType;
 
 // A node of a block, on a lattice fine enough for mid-side nodes, face centres and body centres of every element.
 using Site = std::array<int, 3>;
-constexpr int Fine = 12;     // lattice units of an edge of the unit cube
-constexpr int Cube = 24;     // lattice units of a block: two cubes a side
-constexpr double Step = 1.6; // from block to block, in edges of a block
-constexpr double Row = 2.1;
+constexpr int cube_units = 12;      // lattice units of an edge of the unit cube
+constexpr int block_units = 24;     // lattice units of a block: two cubes a side
+constexpr double column_step = 1.6; // from block to block, in edges of a block
+constexpr double row_step = 2.1;
 
 using Corners = std::vector<Site>;
 
@@ -27,9 +27,9 @@ struct Order {
   const char* suffix;
   int row;
 };
-constexpr Order Linear{"", 0};
-constexpr Order Quadratic{" quadratic", 1};
-constexpr Order Full{" with centres", 2};
+constexpr Order linear{"", 0};
+constexpr Order quadratic{" quadratic", 1};
+constexpr Order full{" with centres", 2};
 
 Site mean(const Corners& corners, const std::vector<int>& which) {
   Site sum{0, 0, 0};
@@ -55,30 +55,30 @@ Corners pick(const Corners& from, std::initializer_list<int> which) {
 }
 
 template <typename F> void for_each_cell(F&& f) {
-  for (int z = 0; z < Cube; z += Fine)
-    for (int y = 0; y < Cube; y += Fine)
-      for (int x = 0; x < Cube; x += Fine)
-        f(cube(x, y, z, Fine));
+  for (int z = 0; z < block_units; z += cube_units)
+    for (int y = 0; y < block_units; y += cube_units)
+      for (int x = 0; x < block_units; x += cube_units)
+        f(cube(x, y, z, cube_units));
 }
 
 template <typename F> void for_each_square(F&& f) {
-  for (int y = 0; y < Cube; y += Fine)
-    for (int x = 0; x < Cube; x += Fine)
-      f(cube(x, y, 0, Fine));
+  for (int y = 0; y < block_units; y += cube_units)
+    for (int x = 0; x < block_units; x += cube_units)
+      f(cube(x, y, 0, cube_units));
 }
 
 std::vector<Corners> one_nodes() {
   std::vector<Corners> elements;
-  for (int z = 0; z <= Cube; z += Fine)
-    for (int y = 0; y <= Cube; y += Fine)
-      for (int x = 0; x <= Cube; x += Fine)
+  for (int z = 0; z <= block_units; z += cube_units)
+    for (int y = 0; y <= block_units; y += cube_units)
+      for (int x = 0; x <= block_units; x += cube_units)
         elements.push_back({{x, y, z}});
   return elements;
 }
 
 // A braced frame.
 std::vector<Corners> edges() {
-  const Corners c = cube(0, 0, 0, Cube);
+  const Corners c = cube(0, 0, 0, block_units);
   std::vector<Corners> elements;
   for (const auto& [a, b] : {std::pair{0, 1},
                              {1, 2},
@@ -143,31 +143,31 @@ std::vector<Corners> wedges() {
 
 // One on each side of the block, apex in the middle.
 std::vector<Corners> pyramids() {
-  const Corners c = cube(0, 0, 0, Cube);
+  const Corners c = cube(0, 0, 0, block_units);
   std::vector<Corners> elements;
   for (const auto& side :
        {std::array{0, 1, 2, 3}, {4, 7, 6, 5}, {0, 4, 5, 1}, {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}}) {
     elements.push_back(pick(c, {side[0], side[1], side[2], side[3]}));
-    elements.back().push_back({Fine, Fine, Fine});
+    elements.back().push_back({cube_units, cube_units, cube_units});
   }
   return elements;
 }
 
 // A ring of twelve nodes over its centre.
 std::vector<Corners> superelement() {
-  Corners nodes{{Fine, Fine, 0}};
+  Corners nodes{{cube_units, cube_units, 0}};
   for (int i = 0; i < 12; ++i) {
     const double angle = i * std::acos(-1.0) / 6;
-    nodes.push_back({Fine + static_cast<int>(std::lround(Fine * std::cos(angle))),
-                     Fine + static_cast<int>(std::lround(Fine * std::sin(angle))), Fine});
+    nodes.push_back({cube_units + static_cast<int>(std::lround(cube_units * std::cos(angle))),
+                     cube_units + static_cast<int>(std::lround(cube_units * std::sin(angle))), cube_units});
   }
   return {nodes};
 }
 
 std::array<double, 3> place(const Site& site, const Order& order, int column, bool sheet) {
-  double x = site[0] / double(Cube) - 0.5;
-  double y = site[1] / double(Cube) - 0.5;
-  double z = site[2] / double(Cube);
+  double x = site[0] / double(block_units) - 0.5;
+  double y = site[1] / double(block_units) - 0.5;
+  double z = site[2] / double(block_units);
   if (sheet) z = 0.4 * std::cos(1.9 * x) * std::cos(1.9 * y);
   if (order.row > 0 && !sheet) {
     const double waist = 1 - 0.35 * std::sin(std::acos(-1.0) * z);
@@ -176,7 +176,7 @@ std::array<double, 3> place(const Site& site, const Order& order, int column, bo
     y = waist * (x * std::sin(angle) + y * std::cos(angle));
     x = turned;
   }
-  return {x + Step * column, y + Row * order.row, z};
+  return {x + column_step * column, y + row_step * order.row, z};
 }
 
 class Builder {
@@ -203,7 +203,7 @@ public:
     draft.owners.push_back("nodes");
     nodes_.clear();
     for (int i = 0; i < 9; ++i)
-      node({i, 0, 0}, {Step * i, -0.9, 0});
+      node({i, 0, 0}, {column_step * i, -0.9, 0});
   }
 
   MeshDraft draft;
@@ -236,13 +236,13 @@ private:
 
 Report build_sample_mesh(Tarn::MeshDatabase& database) {
   Builder builder;
-  builder.add_block(ElementType::OneNode, "one-nodes", one_nodes(), Linear, 0);
-  builder.add_block(ElementType::Superelement, "superelement", superelement(), Linear, 8);
+  builder.add_block(ElementType::OneNode, "one-nodes", one_nodes(), linear, 0);
+  builder.add_block(ElementType::Superelement, "superelement", superelement(), linear, 8);
   const auto add = [&builder](ElementType type, const char* name, const std::vector<Corners>& elements, int column,
                               bool has_centres) {
-    builder.add_block(type, name, elements, Linear, column);
-    builder.add_block(type, name, elements, Quadratic, column);
-    if (has_centres) builder.add_block(type, name, elements, Full, column);
+    builder.add_block(type, name, elements, linear, column);
+    builder.add_block(type, name, elements, quadratic, column);
+    if (has_centres) builder.add_block(type, name, elements, full, column);
   };
   add(ElementType::Edge, "edges", edges(), 1, false);
   add(ElementType::Tri, "triangles", triangles(), 2, true);

@@ -21,7 +21,7 @@ int find_group(const CornerGroups& groups, std::vector<int> corners) {
 } // namespace
 
 const CornerGroups& mid_side_corners(Tarn::ElementType type) {
-  static const std::array<CornerGroups, 10> Table = {
+  static const std::array<CornerGroups, 10> table = {
       CornerGroups{},
       CornerGroups{},
       CornerGroups{{0, 1}},
@@ -32,11 +32,11 @@ const CornerGroups& mid_side_corners(Tarn::ElementType type) {
       CornerGroups{{0, 1}, {1, 2}, {2, 0}, {3, 4}, {4, 5}, {5, 3}, {0, 3}, {1, 4}, {2, 5}},
       CornerGroups{{0, 1}, {1, 2}, {2, 3}, {3, 0}, {0, 4}, {1, 4}, {2, 4}, {3, 4}},
       CornerGroups{}};
-  return Table[type];
+  return table[type];
 }
 
 const CornerGroups& centre_corners(Tarn::ElementType type) {
-  static const std::array<CornerGroups, 10> Table = {
+  static const std::array<CornerGroups, 10> table = {
       CornerGroups{},
       CornerGroups{},
       CornerGroups{},
@@ -48,12 +48,12 @@ const CornerGroups& centre_corners(Tarn::ElementType type) {
       CornerGroups{{0, 1, 4, 3}, {1, 2, 5, 4}, {2, 0, 3, 5}},
       CornerGroups{{0, 1, 2, 3}},
       CornerGroups{}};
-  return Table[type];
+  return table[type];
 }
 
 int corner_count(Tarn::ElementType type) {
-  constexpr int Corners[] = {0, 1, 2, 3, 4, 4, 8, 6, 5, 0};
-  return Corners[type];
+  constexpr int corners[] = {0, 1, 2, 3, 4, 4, 8, 6, 5, 0};
+  return corners[type];
 }
 
 std::vector<int> side_places(Tarn::ElementType type, std::uint32_t nodes_per_element, const std::vector<int>& corners) {

@@ -43,19 +43,19 @@ void for_each_corners(Tarn::MeshData& database, std::uint32_t kind, const std::v
 // handles are consecutive but for deleted ones.
 class NodeNumbers {
 public:
-  static constexpr std::uint32_t None = std::numeric_limits<std::uint32_t>::max();
+  static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
   explicit NodeNumbers(const std::vector<Node>& nodes) {
     if (nodes.empty()) return;
     const auto ends = std::minmax_element(nodes.begin(), nodes.end());
     low_ = ends.first->value;
-    numbers_.assign(ends.second->value - low_ + 1, None);
+    numbers_.assign(ends.second->value - low_ + 1, none);
     for (const Node node : nodes)
-      if (numbers_[node.value - low_] == None) numbers_[node.value - low_] = count_++;
+      if (numbers_[node.value - low_] == none) numbers_[node.value - low_] = count_++;
   }
   std::uint32_t operator()(Node node) const {
     const std::uint64_t place = node.value - low_;
-    return place < numbers_.size() ? numbers_[place] : None;
+    return place < numbers_.size() ? numbers_[place] : none;
   }
   std::uint32_t count() const { return count_; }
 
@@ -98,7 +98,7 @@ private:
     for_each_corners(database, kind, elements, [&](const Node* nodes, int count) {
       const std::size_t begin = bearer_nodes_.size();
       for (int i = 0; i < count; ++i)
-        if (numbers_(nodes[i]) != NodeNumbers::None) bearer_nodes_.push_back(numbers_(nodes[i]));
+        if (numbers_(nodes[i]) != NodeNumbers::none) bearer_nodes_.push_back(numbers_(nodes[i]));
       if (bearer_nodes_.size() > begin) bearers_.push_back({begin, bearer_nodes_.size(), dimension});
     });
   }

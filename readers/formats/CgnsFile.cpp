@@ -13,8 +13,8 @@ namespace readers {
 
 namespace {
 
-constexpr cgsize_t NodeLimit = cgsize_t{1} << 29;
-constexpr std::size_t NameSize = 33;
+constexpr cgsize_t node_limit = cgsize_t{1} << 29;
+constexpr std::size_t name_size = 33;
 
 struct Section {
   int index = 0;
@@ -69,7 +69,7 @@ private:
   }
 
   void read_base(int base) {
-    char name[NameSize] = {};
+    char name[name_size] = {};
     int cell_dimension = 0;
     int dimension = 0;
     check(cg_base_read(file_, base, name, &cell_dimension, &dimension), "base " + std::to_string(base));
@@ -83,7 +83,7 @@ private:
     Zone zone;
     zone.base = base;
     zone.index = index;
-    char name[NameSize] = {};
+    char name[name_size] = {};
     cgsize_t size[9] = {};
     check(cg_zone_read(file_, base, index, name, size), "zone " + std::to_string(index));
     zone.name = name;
@@ -109,26 +109,26 @@ private:
     cgsize_t nodes = 1;
     for (int axis = 0; axis < axes; ++axis) {
       if (size[axis] < 0) throw Refusal("zone " + name + " declares " + std::to_string(size[axis]) + " nodes");
-      if (size[axis] > NodeLimit || (nodes *= size[axis]) > NodeLimit) throw Refusal("more than 2^29 nodes");
+      if (size[axis] > node_limit || (nodes *= size[axis]) > node_limit) throw Refusal("more than 2^29 nodes");
     }
-    if (static_cast<cgsize_t>(draft_.node_count()) + nodes > NodeLimit) throw Refusal("more than 2^29 nodes");
+    if (static_cast<cgsize_t>(draft_.node_count()) + nodes > node_limit) throw Refusal("more than 2^29 nodes");
     return nodes;
   }
 
   bool add_nodes(Zone& zone, const cgsize_t* size, int axes) {
     zone.first_node = static_cast<std::uint32_t>(draft_.node_count());
     if (zone.node_count == 0) return true;
-    static constexpr const char* Names[] = {"CoordinateX", "CoordinateY", "CoordinateZ"};
+    static constexpr const char* names[] = {"CoordinateX", "CoordinateY", "CoordinateZ"};
     const std::vector<std::string> present = coordinate_names(zone);
-    if (std::find(present.begin(), present.end(), Names[0]) == present.end()) return false;
+    if (std::find(present.begin(), present.end(), names[0]) == present.end()) return false;
     const std::size_t before = draft_.xyz.size();
     const auto count = static_cast<std::size_t>(zone.node_count);
     std::vector<double> values(count);
     draft_.xyz.resize(before + 3 * count);
-    draft_.node_owner.resize(draft_.node_count(), Unowned);
+    draft_.node_owner.resize(draft_.node_count(), unowned);
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      if (std::find(present.begin(), present.end(), Names[axis]) == present.end()) continue;
-      read_coordinate(zone, Names[axis], size, axes, values);
+      if (std::find(present.begin(), present.end(), names[axis]) == present.end()) continue;
+      read_coordinate(zone, names[axis], size, axes, values);
       for (std::size_t node = 0; node < count; ++node)
         draft_.xyz[before + 3 * node + axis] = values[node];
     }
@@ -140,7 +140,7 @@ private:
     check(cg_ncoords(file_, zone.base, zone.index, &count), "the coordinates of zone " + zone.name);
     std::vector<std::string> names;
     for (int i = 1; i <= count; ++i) {
-      char name[NameSize] = {};
+      char name[name_size] = {};
       CGNS_ENUMT(DataType_t) type{};
       check(cg_coord_info(file_, zone.base, zone.index, i, &type, name), "the coordinates of zone " + zone.name);
       names.emplace_back(name);
@@ -160,8 +160,8 @@ private:
   // Hexahedra between the nodes of a block, quadrilaterals of a sheet, edges of a line. A block one node thick is a
   // sheet, whatever number of axes it declares.
   void add_structured_elements(const Zone& zone, const cgsize_t* size, int axes) {
-    static constexpr Tarn::ElementType Kinds[] = {Tarn::None, Tarn::Edge, Tarn::Quad, Tarn::Hex};
-    static constexpr int Corners[8][3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
+    static constexpr Tarn::ElementType kinds[] = {Tarn::None, Tarn::Edge, Tarn::Quad, Tarn::Hex};
+    static constexpr int corners[8][3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
                                           {0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}};
     if (zone.node_count == 0) return;
     unsigned rank = 0;
@@ -174,15 +174,15 @@ private:
       strides[rank++] = stride;
     }
     if (rank > 0) {
-      ElementBatch batch = make_batch(Kinds[rank], 1u << rank, zone.owner, false);
+      ElementBatch batch = make_batch(kinds[rank], 1u << rank, zone.owner, false);
       std::vector<std::uint32_t> nodes(batch.nodes_per_element);
       for (cgsize_t k = 0; k < cells[2]; ++k)
         for (cgsize_t j = 0; j < cells[1]; ++j)
           for (cgsize_t i = 0; i < cells[0]; ++i) {
             for (std::size_t c = 0; c < nodes.size(); ++c)
-              nodes[c] = zone.first_node + static_cast<std::uint32_t>((i + Corners[c][0]) * strides[0] +
-                                                                      (j + Corners[c][1]) * strides[1] +
-                                                                      (k + Corners[c][2]) * strides[2]);
+              nodes[c] = zone.first_node + static_cast<std::uint32_t>((i + corners[c][0]) * strides[0] +
+                                                                      (j + corners[c][1]) * strides[1] +
+                                                                      (k + corners[c][2]) * strides[2]);
             append(batch, nodes.data());
           }
       draft_.batches.push_back(std::move(batch));
@@ -224,7 +224,7 @@ private:
   Section read_section(const Zone& zone, int index) {
     Section section;
     section.index = index;
-    char name[NameSize] = {};
+    char name[name_size] = {};
     cgsize_t last = 0;
     int boundary_count = 0;
     int has_parents = 0;
@@ -326,7 +326,7 @@ private:
     batch.nodes.insert(batch.nodes.end(), nodes, nodes + batch.nodes_per_element);
     batch.position.push_back(++draft_.last_position);
     for (std::uint32_t k = 0; k < batch.nodes_per_element; ++k)
-      if (draft_.node_owner[nodes[k]] == Unowned) draft_.node_owner[nodes[k]] = batch.owner;
+      if (draft_.node_owner[nodes[k]] == unowned) draft_.node_owner[nodes[k]] = batch.owner;
   }
 
   std::uint32_t add_owner(const std::string& name) {
@@ -343,12 +343,12 @@ private:
 
 // The head of an ADF file tells where it ends, as a block of 4096 bytes and a place in it, in hexadecimal digits.
 void check_adf(std::string_view bytes) {
-  constexpr std::size_t EndBlock = 146;
-  constexpr std::size_t EndPlace = 154;
-  constexpr std::size_t Head = 186;
-  if (bytes.size() < Head) throw Refusal("ends within its header");
-  const std::uint64_t block = std::stoull("0" + std::string(bytes.substr(EndBlock, 8)), nullptr, 16);
-  const std::uint64_t place = std::stoull("0" + std::string(bytes.substr(EndPlace, 4)), nullptr, 16);
+  constexpr std::size_t end_block = 146;
+  constexpr std::size_t end_place = 154;
+  constexpr std::size_t head = 186;
+  if (bytes.size() < head) throw Refusal("ends within its header");
+  const std::uint64_t block = std::stoull("0" + std::string(bytes.substr(end_block, 8)), nullptr, 16);
+  const std::uint64_t place = std::stoull("0" + std::string(bytes.substr(end_place, 4)), nullptr, 16);
   const std::uint64_t length = block * 4096 + place;
   if (length > bytes.size())
     throw Refusal("ends early: has " + std::to_string(bytes.size()) + " of " + std::to_string(length) + " bytes");
@@ -357,8 +357,8 @@ void check_adf(std::string_view bytes) {
 void check_cgns(const Source& source) {
   const std::string_view bytes = source.bytes.view();
   if (is_hdf5(bytes)) return check_hdf5(bytes);
-  constexpr std::size_t Name = 4; // after four signs
-  if (bytes.size() < Name || bytes.substr(Name, 20) != "ADF Database Version") throw Refusal("is neither ADF nor HDF5");
+  constexpr std::size_t name = 4; // after four signs
+  if (bytes.size() < name || bytes.substr(name, 20) != "ADF Database Version") throw Refusal("is neither ADF nor HDF5");
   check_adf(bytes);
 }
 

@@ -11,14 +11,14 @@ namespace {
 using Type = Tarn::ElementType;
 
 // Further nodes of a hexahedron, after the edges: bottom, -y, +x, +y, -x, top, body.
-constexpr std::uint8_t Hex27Order[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 16, 17,
-                                       18, 19, 12, 13, 14, 15, 24, 22, 21, 23, 20, 25, 26};
+constexpr std::uint8_t hex27_order[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 16, 17,
+                                        18, 19, 12, 13, 14, 15, 24, 22, 21, 23, 20, 25, 26};
 using Shapes = std::array<CgnsShape, NofValidElementTypes>;
 
 void add_drawn(Shapes& shapes, int code, Type type, std::uint32_t nodes, int dimension) {
   const bool has_centres = type == Type::Hex && nodes == 27;
   shapes[static_cast<std::size_t>(code)] = {type, nodes, dimension,
-                                            has_centres ? Hex27Order : order_with_verticals_first(type, nodes)};
+                                            has_centres ? hex27_order : order_with_verticals_first(type, nodes)};
 }
 
 // Of higher order than can be drawn: the number of nodes is needed to step over them.

@@ -18,7 +18,7 @@ namespace {
 
 using Ids = std::vector<std::int64_t>;
 
-constexpr std::int64_t NodeLimit = std::int64_t{1} << 29;
+constexpr std::int64_t node_limit = std::int64_t{1} << 29;
 
 struct Block {
   std::int64_t first_element = 0; // in the file's order, from 0
@@ -39,7 +39,7 @@ public:
     if (id_ < 0) throw Refusal("is not an Exodus II file");
     ex_set_int64_status(id_, EX_ALL_INT64_API);
     const std::int64_t name_length = ex_inquire_int(id_, EX_INQ_DB_MAX_USED_NAME_LENGTH);
-    ex_set_max_name_length(id_, static_cast<int>(std::clamp<std::int64_t>(name_length, 32, LongestName)));
+    ex_set_max_name_length(id_, static_cast<int>(std::clamp<std::int64_t>(name_length, 32, longest_name)));
   }
   ~ExodusFile() { ex_close(id_); }
   ExodusFile(const ExodusFile&) = delete;
@@ -57,10 +57,10 @@ public:
   }
 
 private:
-  static constexpr std::int64_t LongestName = 255;
+  static constexpr std::int64_t longest_name = 255;
 
   void read_nodes() {
-    if (sizes_.num_nodes < 0 || sizes_.num_nodes > NodeLimit) throw Refusal("more than 2^29 nodes");
+    if (sizes_.num_nodes < 0 || sizes_.num_nodes > node_limit) throw Refusal("more than 2^29 nodes");
     if (sizes_.num_dim < 1 || sizes_.num_dim > 3)
       throw Refusal("has " + std::to_string(sizes_.num_dim) + " dimensions");
     const auto count = static_cast<std::size_t>(sizes_.num_nodes);
@@ -73,7 +73,7 @@ private:
     for (std::size_t i = 0; i < count; ++i)
       for (std::size_t axis = 0; axis < 3; ++axis)
         draft_.xyz[3 * i + axis] = axes[axis][i];
-    draft_.node_owner.assign(count, Unowned);
+    draft_.node_owner.assign(count, unowned);
     draft_.node_numbers = id_map(EX_NODE_MAP, sizes_.num_nodes);
     element_numbers_ = id_map(EX_ELEM_MAP, sizes_.num_elem);
   }
@@ -127,7 +127,7 @@ private:
     for (std::size_t i = 0; i < connectivity.size(); i += stride)
       for (std::size_t k = 0; k < stride; ++k) {
         const std::int64_t node = connectivity[i + (block.shape.order ? block.shape.order[k] : k)];
-        block.nodes[i + k] = node >= 1 && node <= sizes_.num_nodes ? static_cast<std::uint32_t>(node - 1) : Unowned;
+        block.nodes[i + k] = node >= 1 && node <= sizes_.num_nodes ? static_cast<std::uint32_t>(node - 1) : unowned;
       }
   }
 
@@ -154,11 +154,11 @@ private:
 
   bool append(ElementBatch& batch, const std::uint32_t* nodes) {
     const std::uint32_t* end = nodes + batch.nodes_per_element;
-    if (std::find(nodes, end, Unowned) != end) return false;
+    if (std::find(nodes, end, unowned) != end) return false;
     batch.nodes.insert(batch.nodes.end(), nodes, end);
     batch.position.push_back(++draft_.last_position);
     for (const std::uint32_t* node = nodes; node != end; ++node)
-      if (draft_.node_owner[*node] == Unowned) draft_.node_owner[*node] = batch.owner;
+      if (draft_.node_owner[*node] == unowned) draft_.node_owner[*node] = batch.owner;
     return true;
   }
 
@@ -196,8 +196,8 @@ private:
     std::vector<std::uint32_t> face;
     for (int in_element : side_places(block.shape.type, stride, *corners))
       face.push_back(nodes[in_element]);
-    static constexpr Tarn::ElementType Kinds[] = {Tarn::None, Tarn::None, Tarn::Edge, Tarn::Tri, Tarn::Quad};
-    return append(face_batch(Kinds[corners->size()], static_cast<std::uint32_t>(face.size()), owner, batches),
+    static constexpr Tarn::ElementType kinds[] = {Tarn::None, Tarn::None, Tarn::Edge, Tarn::Tri, Tarn::Quad};
+    return append(face_batch(kinds[corners->size()], static_cast<std::uint32_t>(face.size()), owner, batches),
                   face.data());
   }
 
@@ -272,7 +272,7 @@ private:
 
   // Unnamed ones are called by their id.
   std::vector<std::string> entity_names(ex_entity_type type, const Ids& ids, const char* prefix) const {
-    std::vector<std::vector<char>> buffers(ids.size(), std::vector<char>(LongestName + 2, '\0'));
+    std::vector<std::vector<char>> buffers(ids.size(), std::vector<char>(longest_name + 2, '\0'));
     std::vector<char*> pointers;
     for (std::vector<char>& buffer : buffers)
       pointers.push_back(buffer.data());

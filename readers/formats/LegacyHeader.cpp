@@ -29,12 +29,12 @@ std::string upper(std::string text) {
 }
 
 std::uint64_t size_of_type(const std::string& type) {
-  static const std::pair<const char*, std::uint64_t> Sizes[] = {
+  static const std::pair<const char*, std::uint64_t> sizes[] = {
       {"float", 4},          {"double", 8},        {"int", 4},           {"unsigned_int", 4},
       {"long", 8},           {"unsigned_long", 8}, {"vtktypeint64", 8},  {"short", 2},
       {"unsigned_short", 2}, {"char", 1},          {"unsigned_char", 1}, {"vtktypeuint64", 8},
       {"vtkidtype", 4},      {"vtktypeint32", 4},  {"vtktypeuint32", 4}, {"signed_char", 1}};
-  for (const auto& [name, size] : Sizes)
+  for (const auto& [name, size] : sizes)
     if (type == name) return size;
   throw Refusal("unknown data type " + type);
 }
@@ -47,9 +47,9 @@ bool reads_as(std::string_view text, const std::string& type) {
   return type == "double" || to_integer(text).has_value();
 }
 
-constexpr std::array<std::string_view, 5> CellSections = {"cells", "vertices", "lines", "polygons", "triangle_strips"};
-constexpr std::array<std::string_view, 5> DataSets = {"unstructured_grid", "polydata", "structured_grid",
-                                                      "structured_points", "rectilinear_grid"};
+constexpr std::array<std::string_view, 5> cell_sections = {"cells", "vertices", "lines", "polygons", "triangle_strips"};
+constexpr std::array<std::string_view, 5> data_sets = {"unstructured_grid", "polydata", "structured_grid",
+                                                       "structured_points", "rectilinear_grid"};
 
 template <std::size_t N> bool contains(const std::array<std::string_view, N>& list, std::string_view word) {
   return std::find(list.begin(), list.end(), word) != list.end();
@@ -65,7 +65,7 @@ public:
       const std::string keyword = lower(word());
       if (keyword == "points" || ends_with_coordinates(keyword))
         check_coordinates(keyword);
-      else if (contains(CellSections, keyword))
+      else if (contains(cell_sections, keyword))
         check_cells(keyword);
       else if (keyword == "cell_types")
         check_types();
@@ -96,7 +96,7 @@ private:
     binary_ = mode == "binary";
     if (lower(word()) != "dataset") throw Refusal("line 4 does not name a DATASET");
     const std::string data_set = lower(word());
-    if (!contains(DataSets, data_set)) throw Refusal("dataset type " + upper(data_set) + " is not a mesh");
+    if (!contains(data_sets, data_set)) throw Refusal("dataset type " + upper(data_set) + " is not a mesh");
     line();
   }
 
@@ -149,13 +149,13 @@ private:
   }
 
   void check_dimensions() {
-    constexpr std::int64_t Most = std::int64_t{1} << 29;
+    constexpr std::int64_t most = std::int64_t{1} << 29;
     std::int64_t product = 1;
     for (int axis = 0; axis < 3; ++axis) {
       const std::string text(word());
       const auto value = to_integer(text);
       if (!value || *value < 0) throw Refusal("DIMENSIONS declares \"" + text.substr(0, 30) + "\"");
-      if (*value > Most || (product *= *value) > Most) throw Refusal("DIMENSIONS declares more than 2^29 points");
+      if (*value > most || (product *= *value) > most) throw Refusal("DIMENSIONS declares more than 2^29 points");
     }
     line();
   }

@@ -10,9 +10,9 @@ namespace readers {
 
 namespace {
 
-constexpr int DeepestFile = 8; // files may name each other in a circle
+constexpr int deepest_file = 8; // files may name each other in a circle
 // Of all files together: where each names several others the number of blocks grows with every level.
-constexpr std::size_t MostBlocks = 65536;
+constexpr std::size_t most_blocks = 65536;
 
 struct BlockFile {
   std::string name;
@@ -60,7 +60,7 @@ bool add_block(MeshDraft& draft, const BlockFile& block, const Source& parent, s
 }
 
 MeshDraft parse(const Source& source) {
-  if (source.depth >= DeepestFile) throw Refusal("is nested deeper than 8 files");
+  if (source.depth >= deepest_file) throw Refusal("is nested deeper than 8 files");
   const std::vector<BlockFile> blocks = list_blocks(source);
   if (blocks.empty()) throw Refusal("names no files with blocks");
   MeshDraft draft;
@@ -68,8 +68,8 @@ MeshDraft parse(const Source& source) {
   std::string first_reason;
   for (const BlockFile& block : blocks) {
     // Refused on every level, each of which stops at its next block.
-    if (source.blocks++ >= MostBlocks)
-      throw Refusal("names more than " + std::to_string(MostBlocks) + " blocks, nested ones included");
+    if (source.blocks++ >= most_blocks)
+      throw Refusal("names more than " + std::to_string(most_blocks) + " blocks, nested ones included");
     std::string reason;
     if (add_block(draft, block, source, reason)) continue;
     if (lost++ == 0) first_reason = reason;

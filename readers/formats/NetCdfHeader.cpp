@@ -11,7 +11,7 @@ namespace readers {
 
 namespace {
 
-constexpr std::string_view Hdf5Signature("\x89HDF\r\n\x1a\n", 8);
+constexpr std::string_view hdf5_signature("\x89HDF\r\n\x1a\n", 8);
 
 // The classic format, all numbers big endian: magic and version, number of records, lists of dimensions, attributes and
 // variables. Version 2 has wide offsets, version 5 wide counts as well.
@@ -82,9 +82,9 @@ private:
   }
 
   static std::uint64_t size_of_type(std::uint64_t type) {
-    static constexpr std::uint64_t Sizes[] = {0, 1, 1, 2, 4, 4, 8, 1, 2, 4, 8, 8};
+    static constexpr std::uint64_t sizes[] = {0, 1, 1, 2, 4, 4, 8, 1, 2, 4, 8, 8};
     if (type < 1 || type > 11) throw Refusal("header names unknown data type " + std::to_string(type));
-    return Sizes[type];
+    return sizes[type];
   }
 
   std::string skip_name() {
@@ -137,11 +137,11 @@ std::uint64_t little_endian(std::string_view bytes, std::size_t at) {
 
 } // namespace
 
-bool is_hdf5(std::string_view bytes) { return bytes.substr(0, Hdf5Signature.size()) == Hdf5Signature; }
+bool is_hdf5(std::string_view bytes) { return bytes.substr(0, hdf5_signature.size()) == hdf5_signature; }
 
 void check_hdf5(std::string_view bytes) {
-  constexpr std::size_t Superblock = 96;
-  if (bytes.size() < Superblock) throw Refusal("ends within its header");
+  constexpr std::size_t superblock = 96;
+  if (bytes.size() < superblock) throw Refusal("ends within its header");
   const int version = static_cast<unsigned char>(bytes[8]);
   if (version > 3) throw Refusal("is HDF5 of unknown version " + std::to_string(version));
   const int width = static_cast<unsigned char>(bytes[version < 2 ? 13 : 9]);

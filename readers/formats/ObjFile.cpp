@@ -16,7 +16,7 @@ namespace readers {
 
 namespace {
 
-constexpr std::size_t NodeLimit = std::size_t{1} << 29;
+constexpr std::size_t node_limit = std::size_t{1} << 29;
 
 class ObjFile {
 public:
@@ -73,7 +73,7 @@ private:
       if (!value) throw Refusal(where() + "\"" + std::string(word.substr(0, 30)) + "\" is not a coordinate");
       draft_.xyz.push_back(*value);
     }
-    if (draft_.node_count() > NodeLimit) throw Refusal("more than 2^29 nodes");
+    if (draft_.node_count() > node_limit) throw Refusal("more than 2^29 nodes");
   }
 
   // Indices count from 1, or backwards from the last vertex so far; what follows a slash is of no interest.
@@ -90,7 +90,7 @@ private:
   std::string where() const { return "line " + std::to_string(line_) + ": "; }
 
   void sort_cells() {
-    draft_.node_owner.assign(draft_.node_count(), Unowned);
+    draft_.node_owner.assign(draft_.node_count(), unowned);
     CellFacts facts;
     facts.owner_of_label.push_back(0);
     PointPlaces places;

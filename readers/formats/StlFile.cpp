@@ -17,8 +17,8 @@ namespace readers {
 
 namespace {
 
-constexpr std::size_t Head = 84; // 80 bytes of text and the number of triangles
-constexpr std::size_t Triangle = 50;
+constexpr std::size_t head = 84; // 80 bytes of text and the number of triangles
+constexpr std::size_t triangle = 50;
 
 std::uint64_t declared_triangles(std::string_view bytes) {
   std::uint64_t count = 0;
@@ -31,12 +31,12 @@ std::uint64_t declared_triangles(std::string_view bytes) {
 void check(const Source& source) {
   const std::string_view bytes = source.bytes.view();
   const bool begins_as_text = bytes.substr(0, 5) == "solid";
-  if (bytes.size() < Head) {
+  if (bytes.size() < head) {
     if (!begins_as_text) throw Refusal("is not an STL file");
     return;
   }
   const std::uint64_t count = declared_triangles(bytes);
-  const std::uint64_t length = Head + count * Triangle;
+  const std::uint64_t length = head + count * triangle;
   if (length == bytes.size() || begins_as_text) return;
   if (length > bytes.size())
     throw Refusal("declares " + std::to_string(count) + " triangles, more than the file can hold");

@@ -58,7 +58,7 @@ void check_count(const XmlTag& tag, const char* what, const char* attribute, std
 
 // Two ends for each of three axes; the points between them.
 void check_extent(const XmlTag& tag, const char* attribute) {
-  constexpr std::int64_t Most = std::int64_t{1} << 29;
+  constexpr std::int64_t most = std::int64_t{1} << 29;
   const auto text = tag.attribute(attribute);
   if (!text) return;
   std::int64_t points = 1;
@@ -66,10 +66,10 @@ void check_extent(const XmlTag& tag, const char* attribute) {
   for (int axis = 0; axis < 3; ++axis) {
     const auto low = to_integer(next_word(*text, at));
     const auto high = to_integer(next_word(*text, at));
-    if (!low || !high || std::abs(*low) > Most || std::abs(*high) > Most)
+    if (!low || !high || std::abs(*low) > most || std::abs(*high) > most)
       throw Refusal(std::string(attribute) + "=\"" + std::string(text->substr(0, 60)) + "\" is not six numbers");
     points *= std::max<std::int64_t>(0, *high - *low + 1);
-    if (points > Most) throw Refusal(std::string(attribute) + " declares more than 2^29 points");
+    if (points > most) throw Refusal(std::string(attribute) + " declares more than 2^29 points");
   }
 }
 
@@ -136,10 +136,10 @@ Appended find_appended(const XmlTag& tag, std::string_view text, std::size_t pla
 }
 
 void check_end(std::string_view text) {
-  constexpr std::string_view Closing = "</VTKFile>";
-  constexpr std::size_t Tail = 256; // blanks or a comment may follow
-  const std::string_view tail = text.substr(text.size() - std::min(text.size(), Tail));
-  if (tail.find(Closing) == std::string_view::npos) throw Refusal("ends before its closing tag </VTKFile>");
+  constexpr std::string_view closing = "</VTKFile>";
+  constexpr std::size_t tail_size = 256; // blanks or a comment may follow
+  const std::string_view tail = text.substr(text.size() - std::min(text.size(), tail_size));
+  if (tail.find(closing) == std::string_view::npos) throw Refusal("ends before its closing tag </VTKFile>");
 }
 
 } // namespace

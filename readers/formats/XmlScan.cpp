@@ -80,13 +80,13 @@ bool XmlScan::read_attributes(XmlTag& tag) {
 }
 
 std::string without_entities(std::string_view value) {
-  static constexpr std::pair<std::string_view, char> Entities[] = {
+  static constexpr std::pair<std::string_view, char> entities[] = {
       {"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}};
   std::string text;
   while (!value.empty()) {
     std::size_t taken = 1;
     char c = value[0];
-    for (const auto& [entity, character] : Entities)
+    for (const auto& [entity, character] : entities)
       if (value.substr(0, entity.size()) == entity) {
         c = character;
         taken = entity.size();

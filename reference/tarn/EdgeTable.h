@@ -21,10 +21,10 @@ public:
 
   /// Remembers the mid-side node of an implicit edge; the first one told stays.
   void set_middle(Handle<1> edge, Index node) { middles_.insert(edge.value, node); }
-  /// Its mid-side node, or `NoIndex`.
+  /// Its mid-side node, or `no_index`.
   Index middle(Handle<1> edge) const {
     const Index* const found = middles_.find(edge.value);
-    return found ? *found : NoIndex;
+    return found ? *found : no_index;
   }
 
   /// The local id of an implicit edge, 0 when none was given yet.

@@ -21,7 +21,7 @@ public:
   };
 
   PodArray<int> ids;        ///< local ids
-  PodArray<Index> owners;   ///< indexes of the primary owners, `NoIndex` for none
+  PodArray<Index> owners;   ///< indexes of the primary owners, `no_index` for none
   PodArray<int> global_ids; ///< empty until one is given
   BitArray has_global_id;   ///< which of them are given
   BitArray dead;            ///< deleted elements; they keep their places

@@ -25,13 +25,13 @@ void IdIndex::append(const PodArray<int>& ids, Index first, const BitArray& dead
 Index IdIndex::find(int id, const PodArray<int>& ids, const BitArray& dead) const {
   if (ascending_) {
     const int* const found = std::lower_bound(ids.begin(), ids.end(), id);
-    if (found == ids.end() || *found != id) return NoIndex;
+    if (found == ids.end() || *found != id) return no_index;
     const auto index = static_cast<Index>(found - ids.begin());
-    return dead.test(index) ? NoIndex : index;
+    return dead.test(index) ? no_index : index;
   }
-  for (std::size_t slot = first_slot(id); slots_[slot] != NoIndex; slot = (slot + 1) & (slots_.size() - 1))
+  for (std::size_t slot = first_slot(id); slots_[slot] != no_index; slot = (slot + 1) & (slots_.size() - 1))
     if (ids[slots_[slot]] == id && !dead.test(slots_[slot])) return slots_[slot];
-  return NoIndex;
+  return no_index;
 }
 
 void IdIndex::rebuild(const PodArray<int>& ids, const BitArray& dead, std::size_t expected) {
@@ -39,7 +39,7 @@ void IdIndex::rebuild(const PodArray<int>& ids, const BitArray& dead, std::size_
   while (size * 2 < expected * 3)
     size *= 2;
   slots_ = PodArray<Index>();
-  slots_.assign(size, NoIndex);
+  slots_.assign(size, no_index);
   used_ = 0;
   for (std::size_t index = 0; index < ids.size(); ++index)
     if (!dead.test(index)) insert(static_cast<Index>(index), ids[index]);
@@ -47,7 +47,7 @@ void IdIndex::rebuild(const PodArray<int>& ids, const BitArray& dead, std::size_
 
 void IdIndex::insert(Index index, int id) {
   std::size_t slot = first_slot(id);
-  while (slots_[slot] != NoIndex)
+  while (slots_[slot] != no_index)
     slot = (slot + 1) & (slots_.size() - 1);
   slots_[slot] = index;
   ++used_;

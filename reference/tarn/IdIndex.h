@@ -12,7 +12,7 @@ class IdIndex {
 public:
   /// Takes note of the entries of `ids` from `first` on. `dead` marks entities that no longer count.
   void append(const PodArray<int>& ids, Index first, const BitArray& dead);
-  /// The living entity with the id, or `NoIndex`.
+  /// The living entity with the id, or `no_index`.
   Index find(int id, const PodArray<int>& ids, const BitArray& dead) const;
   std::size_t bytes() const { return slots_.bytes(); }
 
@@ -23,7 +23,7 @@ private:
 
   bool ascending_ = true;
   std::size_t used_ = 0;  ///< slots taken, dead entities included
-  PodArray<Index> slots_; ///< a power of two; `NoIndex` where free
+  PodArray<Index> slots_; ///< a power of two; `no_index` where free
 };
 
 /// Whether all ids are positive and none occurs twice.

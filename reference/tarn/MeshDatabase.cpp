@@ -25,7 +25,7 @@ void append_ids(PodArray<int>& all, MeshData::Count count, const int* ids, int& 
 }
 
 void append_owner(PodArray<Index>& owner_of, MeshData::Count count, const SMeshOwnerType* owner) {
-  owner_of.append(count, owner ? owner->index : NoIndex);
+  owner_of.append(count, owner ? owner->index : no_index);
 }
 
 } // namespace
@@ -45,7 +45,7 @@ SMeshOwnerType* MeshDatabase::add_owner(const std::string& name, std::uint32_t d
   return d->owners.back().get();
 }
 
-void MeshDatabase::reserve_nodes(Count count) { d->nodes.reserve(std::min(count, NodeLimit)); }
+void MeshDatabase::reserve_nodes(Count count) { d->nodes.reserve(std::min(count, node_limit)); }
 
 void MeshDatabase::reserve_elements(ElementType type, int nodes_per_element, Count count) {
   if (is_node_count(type, nodes_per_element))
@@ -54,7 +54,7 @@ void MeshDatabase::reserve_elements(ElementType type, int nodes_per_element, Cou
 
 MeshData::Node MeshDatabase::add_nodes(Count count, const double* xyz, const int* ids, SMeshOwnerType* owner) {
   const Count first = d->nodes.size();
-  if (count == 0 || !xyz || count > NodeLimit - first || !d->is_owner_or_null(owner) ||
+  if (count == 0 || !xyz || count > node_limit - first || !d->is_owner_or_null(owner) ||
       !d->can_take_node_ids(count, ids))
     return {};
   d->nodes.reserve(count);
@@ -156,7 +156,7 @@ bool MeshDatabase::delete_owner(SMeshOwnerType* owner) {
     owned.for_each([&](Index index) { d->delete_element(element_handle(kind, index)); });
     owner->elements[type].clear();
   }
-  d->tidy_nodes(owner).for_each([&](Index index) { d->nodes.owners[index] = NoIndex; });
+  d->tidy_nodes(owner).for_each([&](Index index) { d->nodes.owners[index] = no_index; });
   owner->nodes.clear();
   const bool listed_nodes = !owner->listed.runs().empty();
   owner->listed.clear();
@@ -208,7 +208,7 @@ std::vector<MeshData::Elem> MeshDatabase::elements(ElementType type) const {
 
 MeshData::Node MeshDatabase::find_node(int id) const {
   const Index found = d->nodes.id_index.find(id, d->nodes.ids, d->nodes.dead);
-  return found == NoIndex ? Node() : node_handle(found);
+  return found == no_index ? Node() : node_handle(found);
 }
 
 MeshData::Elem MeshDatabase::find_element(int id) const { return id > 0 ? d->find_element(id) : Elem(); }

@@ -26,7 +26,7 @@ MeshData::Count MeshDatabase::Private::implicit_edge_nodes(Elem edge, Index* lis
   list[0] = smaller_corner(edge);
   list[1] = larger_corner(edge);
   list[2] = edges.middle(edge);
-  return list[2] == NoIndex ? 2 : 3;
+  return list[2] == no_index ? 2 : 3;
 }
 
 ElementTable::Nodes MeshDatabase::Private::nodes_of(Elem element, Index* edge) const {
@@ -38,7 +38,7 @@ MeshData::Elem MeshDatabase::Private::find_element(int id) const {
   for (std::uint32_t type = OneNode; type <= Superelement; ++type) {
     const ElementTable& table = elements[type];
     const Index found = table.id_index.find(id, table.ids, table.dead);
-    if (found != NoIndex) return element_handle(static_cast<ElementType>(type), found);
+    if (found != no_index) return element_handle(static_cast<ElementType>(type), found);
   }
   return edges.find(id);
 }
@@ -47,7 +47,7 @@ bool MeshDatabase::Private::can_take_node_ids(Count count, const int* ids) const
   if (!ids) return count <= static_cast<Count>(std::numeric_limits<int>::max() - largest_node_id);
   if (!are_positive_and_unique(count, ids)) return false;
   return std::none_of(ids, ids + count, [this](int id) {
-    return id <= largest_node_id && nodes.id_index.find(id, nodes.ids, nodes.dead) != NoIndex;
+    return id <= largest_node_id && nodes.id_index.find(id, nodes.ids, nodes.dead) != no_index;
   });
 }
 
@@ -75,9 +75,9 @@ int MeshDatabase::Private::implicit_edge_id(Elem edge) {
 
 void MeshDatabase::Private::set_node_owner(Index node, SMeshOwnerType* owner) {
   Index& current = nodes.owners[node];
-  const Index target = owner ? owner->index : NoIndex;
+  const Index target = owner ? owner->index : no_index;
   if (current == target) return;
-  if (current != NoIndex) owners[current]->nodes.mark_removals();
+  if (current != no_index) owners[current]->nodes.mark_removals();
   if (owner) owner->nodes.add(node, 1);
   current = target;
 }
@@ -86,9 +86,9 @@ void MeshDatabase::Private::set_element_owner(Elem element, SMeshOwnerType* owne
   const std::uint64_t type = kind_of(element.value);
   const auto index = static_cast<Index>(index_of(element.value));
   Index& current = elements[type].owners[index];
-  const Index target = owner ? owner->index : NoIndex;
+  const Index target = owner ? owner->index : no_index;
   if (current == target) return;
-  if (current != NoIndex) owners[current]->elements[type].mark_removals();
+  if (current != no_index) owners[current]->elements[type].mark_removals();
   if (owner) owner->elements[type].add(index, 1);
   current = target;
 }
@@ -154,7 +154,7 @@ MeshData::Count MeshDatabase::Private::write_edges(Elem element, Count capacity,
 void MeshDatabase::Private::gather_elements_on_nodes() {
   const ElementTable& table = elements[OneNode];
   if (!element_on_node.empty() || table.living() == 0) return;
-  element_on_node.assign(nodes.size(), NoIndex);
+  element_on_node.assign(nodes.size(), no_index);
   for (Index index = static_cast<Index>(table.size()); index-- > 0;)
     if (table.is_alive(index)) element_on_node[table.nodes(index).data[0]] = index;
 }

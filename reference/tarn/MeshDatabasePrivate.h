@@ -32,7 +32,7 @@ struct MeshDatabase::Private {
   SuperelementSizes superelements;
   PodArray<Index> element_on_node; ///< first one-node element of each node; empty until it is asked for
 
-  bool is_node(Node node) const { return kind_of(node.value) == NodeKind && index_of(node.value) < nodes.size(); }
+  bool is_node(Node node) const { return kind_of(node.value) == node_kind && index_of(node.value) < nodes.size(); }
   bool are_nodes(Count count, const Node* list) const;
   /// The table that holds the element, or null for what is no living stored element.
   const ElementTable* table_of(Elem element) const {
@@ -46,7 +46,7 @@ struct MeshDatabase::Private {
   }
   bool are_elements(Count count, const Elem* list) const;
   bool is_implicit_edge(Elem element) const {
-    if (kind_of(element.value) != ImplicitEdgeKind) return false;
+    if (kind_of(element.value) != implicit_edge_kind) return false;
     return smaller_corner(element) < larger_corner(element) && larger_corner(element) < nodes.size();
   }
   /// Writes the two or three nodes of an implicit edge and tells how many; 0 for anything else.
@@ -58,7 +58,7 @@ struct MeshDatabase::Private {
   bool is_owner(const SMeshOwnerType* owner) const { return living_owners.count(owner) != 0; }
   bool is_owner_or_null(const SMeshOwnerType* owner) const { return !owner || is_owner(owner); }
 
-  SMeshOwnerType* owner_at(Index index) const { return index == NoIndex ? nullptr : owners[index].get(); }
+  SMeshOwnerType* owner_at(Index index) const { return index == no_index ? nullptr : owners[index].get(); }
 
   Elem find_element(int id) const;
   bool can_take_node_ids(Count count, const int* ids) const;

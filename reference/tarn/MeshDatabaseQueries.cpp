@@ -223,7 +223,7 @@ int MeshDatabase::get_element_vertices(Elem element, Count* count, Count capacit
   if (list.count == 0) return failure;
   const std::uint64_t kind = kind_of(element.value);
   if (kind != Superelement)
-    list.count = element_shape(kind == ImplicitEdgeKind ? Edge : static_cast<ElementType>(kind)).corner_count;
+    list.count = element_shape(kind == implicit_edge_kind ? Edge : static_cast<ElementType>(kind)).corner_count;
   *count = std::min(list.count, capacity);
   write_strided(list, *count, nodes);
   return success;
@@ -283,8 +283,8 @@ void MeshDatabase::get_elements_on_nodes(int count, int, const Node* nodes, Elem
   d->gather_elements_on_nodes();
   for (int i = 0; i < count; ++i) {
     const bool known = d->is_node(nodes[i]) && !d->element_on_node.empty();
-    const Index found = known ? d->element_on_node[index_of(nodes[i].value)] : NoIndex;
-    elements[i] = found == NoIndex ? Elem() : element_handle(OneNode, found);
+    const Index found = known ? d->element_on_node[index_of(nodes[i].value)] : no_index;
+    elements[i] = found == no_index ? Elem() : element_handle(OneNode, found);
   }
 }
 

@@ -15,7 +15,7 @@ class NodeTable {
 public:
   PodArray<double> xyz;   ///< interleaved coordinates
   PodArray<int> ids;      ///< local ids
-  PodArray<Index> owners; ///< indexes of the primary owners, `NoIndex` for none
+  PodArray<Index> owners; ///< indexes of the primary owners, `no_index` for none
   BitArray listed;        ///< nodes of some node set
   BitArray dead;          ///< always empty: nodes stay
   IdIndex id_index;       ///< finds them by local id

@@ -11,7 +11,7 @@
 struct Tarn::SMeshOwnerType {
   std::string name;                              ///< display name, not unique
   std::uint32_t dimension = 0;                   ///< 0 to 3, or all bits for any
-  Tarn::Index index = Tarn::NoIndex;             ///< its place in the list of owners
+  Tarn::Index index = Tarn::no_index;            ///< its place in the list of owners
   bool alive = true;                             ///< false once deleted; its address is never used again
   Tarn::IndexRuns nodes;                         ///< nodes whose primary owner it is
   Tarn::IndexRuns listed;                        ///< nodes that it lists as a set

@@ -323,15 +323,15 @@ TEST(ExtractEdges, GivenManyEdgesAtOnePoint_WhenExtracted_ThenEachComesOnce) {
   vtkNew<vtkPolyData> fan;
   vtkNew<vtkPoints> points;
   vtkNew<vtkCellArray> polys;
-  constexpr int kRim = 50;
-  for (int i = 0; i <= kRim; ++i)
+  constexpr int rim = 50;
+  for (int i = 0; i <= rim; ++i)
     points->InsertNextPoint(i, i * i, 0);
   for (int pass = 0; pass < 2; ++pass)
-    for (int i = 1; i <= kRim; ++i)
-      polys->InsertNextCell({0, i, i % kRim + 1});
+    for (int i = 1; i <= rim; ++i)
+      polys->InsertNextCell({0, i, i % rim + 1});
   fan->SetPoints(points);
   fan->SetPolys(polys);
-  EXPECT_EQ(extract(fan)->GetNumberOfLines(), 2 * kRim);
+  EXPECT_EQ(extract(fan)->GetNumberOfLines(), 2 * rim);
 }
 
 TEST(ExtractEdges, GivenNarrowAndWideConnectivity_WhenExtracted_ThenTheEdgesAreTheSame) {

@@ -79,7 +79,7 @@ TEST_F(HiddenLabels, GivenEachRenderMode_WhenDrawn_ThenLabelsBehindTheSurfaceSho
   };
   Labels& labels = model.add_labels();
   labels.add({0, 0, -0.5}, "888");                // on the back
-  labels.add({0, 0.3, 0.5}, "888", kMagentaText); // on the front
+  labels.add({0, 0.3, 0.5}, "888", magenta_text); // on the front
   for (const bool parallel : {true, false}) {
     look_along_z(view.renderer(), parallel);
     for (const Row& row : {Row{OBUtil::Wireframe, false}, Row{OBUtil::HiddenLine, true},
@@ -132,7 +132,7 @@ TEST_F(HiddenLabels, GivenOneLabelOnTheTextOfAnother_WhenDrawn_ThenNeitherHidesT
   const Frame alone = view.render();
   ASSERT_GT(green(alone), 100);
   Labels& small = model.add_labels();
-  small.add({0.05, 0, 0.5}, "888", kMagentaText);
+  small.add({0.05, 0, 0.5}, "888", magenta_text);
   const Frame both = view.render();
   EXPECT_GT(magenta(both), 5);
   EXPECT_GT(green(both), green(alone) / 2);
@@ -140,7 +140,7 @@ TEST_F(HiddenLabels, GivenOneLabelOnTheTextOfAnother_WhenDrawn_ThenNeitherHidesT
 
 TEST_F(HiddenLabels, GivenManyMappers_WhenDrawn_ThenAllAreAndThoseHiddenOrRemovedAreNot) {
   for (int i = 0; i < 3; ++i)
-    model.add_labels().add({-0.8 + 0.8 * i, 0.9, 0}, "888", i == 1 ? kMagentaText : kGreenText);
+    model.add_labels().add({-0.8 + 0.8 * i, 0.9, 0}, "888", i == 1 ? magenta_text : green_text);
   const Frame all = view.render();
   EXPECT_GT(green(all), 20);
   EXPECT_GT(magenta(all), 5);
@@ -157,7 +157,7 @@ TEST_F(HiddenLabels, GivenAnActorThatIsInvisible_WhenOthersAreDrawn_ThenItsLabel
   Labels& first = model.add_labels();
   Labels& second = model.add_labels();
   first.add({0, 0.9, 0}, "888");
-  second.add({0.8, 0.9, 0}, "888", kMagentaText);
+  second.add({0.8, 0.9, 0}, "888", magenta_text);
   second.actor->VisibilityOff();
   const Frame frame = view.render();
   EXPECT_GT(green(frame), 10);

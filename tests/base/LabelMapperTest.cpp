@@ -325,7 +325,7 @@ TEST_F(LabelMapper, GivenEqualTextsAtEqualPoints_WhenDrawn_ThenOneOfThemIs) {
   ASSERT_FALSE(drawn_box(one).empty());
   labels.add({0, 0, 0}, "88");
   labels.add({-0.0, 0, -0.0}, "88");
-  labels.add({0, 0, 0}, "88", kMagentaText);
+  labels.add({0, 0, 0}, "88", magenta_text);
   EXPECT_EQ(view.render().pixels, one.pixels);
   labels.add({0, 0, 0}, "89");
   const Frame with_other_text = view.render();

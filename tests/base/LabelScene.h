@@ -18,8 +18,8 @@
 #include <array>
 #include <string>
 
-const TovanColor kGreenText(0, 200, 0);
-const TovanColor kMagentaText(220, 60, 220);
+const TovanColor green_text(0, 200, 0);
+const TovanColor magenta_text(220, 60, 220);
 
 /// An actor that draws labels, centred on their points.
 struct Labels {
@@ -30,7 +30,7 @@ struct Labels {
     mapper->SetTextProperty(style);
     actor->SetMapper(mapper);
   }
-  void add(std::array<double, 3> place, const std::string& text, TovanColor color = kGreenText) {
+  void add(std::array<double, 3> place, const std::string& text, TovanColor color = green_text) {
     mapper->add_point(TovanVector(place.data()), TovanString(text.c_str()), color, 0);
   }
 

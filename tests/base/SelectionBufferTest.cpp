@@ -21,7 +21,7 @@ public:
   };
 
   RepeatingPicker() {
-    for (int id = 0; id < kEntities; ++id)
+    for (int id = 0; id < entities; ++id)
       kept_.push_back(new FakeEntity("Hex", id));
     GPickerBase::register_picker("Hex", this);
   }
@@ -43,7 +43,7 @@ public:
     }
   }
 
-  static constexpr int kEntities = 40;
+  static constexpr int entities = 40;
   std::vector<Report> reports;
 
 private:
@@ -62,7 +62,7 @@ TEST(SelectionBuffer, GivenRecordsReportedAgainInAnyOrder_WhenPickedByARegion_Th
     std::vector<int> pile;
     for (int group = 0; group < 30; ++group) {
       for (int i = 0; i < 4; ++i)
-        pile.insert(pile.begin() + std::ptrdiff_t(random() % (pile.size() + 1)), int(random() % picker.kEntities));
+        pile.insert(pile.begin() + std::ptrdiff_t(random() % (pile.size() + 1)), int(random() % picker.entities));
       for (const int id : pile)
         picker.reports.push_back({id, 0.1F * float(random() % 4), random() % 3 == 0});
     }

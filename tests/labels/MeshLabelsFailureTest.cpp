@@ -43,7 +43,7 @@ struct FailureRow {
 };
 
 // Whole: 12 nodes, 1 one-node element, 1 quadrilateral, 6 faces of the hexahedron; 4 edges with 4 nodes again.
-const FailureRow kFailures[] = {
+const FailureRow failures[] = {
     {"", 1, 1, 12 + 1 + 1 + 6 + 4 + 4},
     {"get_node_ids", 1, 1, 12 + 1 + 1 + 6 + 4 + 1},       // zeros; by id the edges' nodes are one
     {"get_element_ids", 1, 1, 12 + 1 + 1 + 6 + 4 + 4},    // zeros
@@ -59,7 +59,7 @@ const FailureRow kFailures[] = {
 };
 
 TEST(FailingDatabase, GivenOneOperationThatFails_WhenLabelled_ThenTheRestIsStillThere) {
-  for (const FailureRow& row : kFailures) {
+  for (const FailureRow& row : failures) {
     SCOPED_TRACE(std::string(row.operation) + " at flags " + std::to_string(row.node_flag) + " and " +
                  std::to_string(row.element_flag));
     LabelledMesh mesh(mixed_mesh());

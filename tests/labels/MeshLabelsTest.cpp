@@ -102,7 +102,7 @@ struct KindRow {
 };
 
 /// One element of each kind, side by side: kind k begins at x = 2 k and has the id k.
-const KindRow kKinds[] = {
+const KindRow kinds[] = {
     {Tarn::OneNode, {"1 at 2 0 0"}},
     {Tarn::Tri, {"3 at 6.33333 0.333333 0"}},
     {Tarn::Quad, {"4 at 8.5 0.5 0"}},
@@ -121,7 +121,7 @@ const KindRow kKinds[] = {
 };
 
 TEST(ElementLabels, GivenEachKind_WhenItIsLabelled_ThenItsIdStandsAtTheCentreOfEachCellThatDrawsIt) {
-  for (const KindRow& row : kKinds) {
+  for (const KindRow& row : kinds) {
     SCOPED_TRACE(row.kind);
     LabelledMesh all(test_support::each_linear_kind());
     all.label(row.kind);

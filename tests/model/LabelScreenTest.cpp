@@ -24,7 +24,7 @@ protected:
   LabelsOnScreen() {
     owner = db.add_owner("block", 3);
     block = add_hexes(db, owner, {2, 2, 1}, {0, 0, 0});
-    model.add_mesh(owner, mesh_of(Tarn::Hex, block.elements), kRed, 1.0f, false);
+    model.add_mesh(owner, mesh_of(Tarn::Hex, block.elements), red, 1.0f, false);
     screen.look_at({1, 1, 0.5}, {0.3, 0.2, 1}, 3.0);
   }
 
@@ -114,9 +114,9 @@ TEST_F(LabelsOnScreen, GivenAClippingPlane_WhenNodesAreLabelled_ThenLabelsGoWith
 
 TEST_F(LabelsOnScreen, GivenALabelledBlock_WhenHidden_ThenItsLabelsGoToo) {
   model.set_node_label_flag(OBUtil::LocalId);
-  ASSERT_GT(screen.shoot().count_if([](const Rgb& c) { return distance(c, Screen::kBackground) > 24; }), 1000);
+  ASSERT_GT(screen.shoot().count_if([](const Rgb& c) { return distance(c, Screen::background) > 24; }), 1000);
   model.set_visibility(owner, false);
-  EXPECT_EQ(screen.shoot().count_if([](const Rgb& c) { return distance(c, Screen::kBackground) > 24; }), 0);
+  EXPECT_EQ(screen.shoot().count_if([](const Rgb& c) { return distance(c, Screen::background) > 24; }), 0);
   model.set_visibility(owner, true);
   const Picture shown = screen.shoot();
   model.set_node_label_flag(OBUtil::NoLabel);
@@ -146,7 +146,7 @@ TEST_F(LabelsOnScreen, GivenALabelledBlock_WhenItsNodesMove_ThenLabelsMoveWithTh
 TEST_F(LabelsOnScreen, GivenTwoOwnersThatShareNodes_WhenLabelled_ThenNeitherHidesTheOthersLabels) {
   const Owner other = db.add_owner("other", 3);
   const Block more = add_hexes(db, other, {2, 1, 1}, {0, -1, 0});
-  model.add_mesh(other, mesh_of(Tarn::Hex, more.elements), kBlue, 1.0f, false);
+  model.add_mesh(other, mesh_of(Tarn::Hex, more.elements), blue, 1.0f, false);
   screen.look_at({1, 0.5, 0.5}, {0.3, 0.2, 1}, 4.0);
   const Picture plain = screen.shoot();
   model.set_element_label_flag(Tarn::Hex, OBUtil::LocalId);

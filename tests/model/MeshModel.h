@@ -8,7 +8,7 @@
 class MeshModel : public testing::Test {
 protected:
   QuadOwner quad(double x = 0.0) { return add_quad_owner(db, x, 0.0); }
-  void add(const QuadOwner& q, TovanColor color = kRed, bool force_scalars = false) {
+  void add(const QuadOwner& q, TovanColor color = red, bool force_scalars = false) {
     model.add_mesh(q.owner, q.mesh, color, 1.0f, force_scalars);
   }
 

@@ -67,7 +67,7 @@ TEST_F(MeshModel, GivenAPairRegisteredTwice_WhenUnregistered_ThenBothGoAndOthers
 TEST_F(MeshModel, GivenElementsDeletedInTheDatabase_WhenReportedModified_ThenTheGroupAsksAgainOnlyWhenNeeded) {
   const Owner owner = db.add_owner("sheet", 2);
   const Block sheet = add_quads(db, owner, {2, 1}, {0.0, 0.0, 0.0});
-  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kRed, 1.0f, false);
+  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), red, 1.0f, false);
   GMeshGroup* group = model.get_mesh(owner);
   ASSERT_TRUE(db.delete_elements(1, sheet.elements.data()));
   EXPECT_THAT(group->get_mesh().elements[Tarn::Quad], SizeIs(2)) << "nobody said that anything changed";

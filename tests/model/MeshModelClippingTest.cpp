@@ -61,10 +61,10 @@ TEST_F(ClippingPlane, GivenThatTheModelHoldsTheLastReference_WhenThePlaneIsSetAg
 }
 
 TEST_F(ClippingPlane, GivenMeshes_WhenAPlaneIsSetAndTakenAway_ThenEveryRecordHears) {
-  model.add_mesh(owner, mesh, kRed, 1.0f, false);
+  model.add_mesh(owner, mesh, red, 1.0f, false);
   GMeshGroup* first = model.get_mesh(owner);
   const Owner other = db.add_owner("other", 2);
-  model.add_mesh(other, mesh, kRed, 1.0f, true);
+  model.add_mesh(other, mesh, red, 1.0f, true);
   ASSERT_EQ(drawn(first), 4u);
   model.set_visibility(other, false);
 
@@ -83,8 +83,8 @@ TEST_F(ClippingPlane, GivenAPlane_WhenMeshesAreAddedInAnyWay_ThenTheyAreClipped)
   model.set_clipping_plane(plane);
   const Owner second = db.add_owner("second", 2);
   const Owner unique = db.add_owner("unique", 2);
-  model.add_mesh(owner, mesh, kRed, 1.0f, false);
-  model.add_mesh(second, mesh, kRed, {}, {}, {}, 1.0f);
+  model.add_mesh(owner, mesh, red, 1.0f, false);
+  model.add_mesh(second, mesh, red, {}, {}, {}, 1.0f);
   model.add_mesh_unique(mesh, unique);
   for (Owner each : {owner, second, unique})
     EXPECT_EQ(drawn(model.get_mesh(each)), 2u);

@@ -18,7 +18,7 @@ namespace {
 
 using testing::SizeIs;
 
-constexpr bool kFlat = true;
+constexpr bool drawn_flat = true;
 
 // ------------------------------------------------------------------------------------------ static factories
 
@@ -98,12 +98,12 @@ TEST_F(MeshModelViews, GivenTheModelsFactories_WhenTheyMakeProps_ThenTheseHaveTh
   const auto only = [](const PropList& props) { return vtkActor::SafeDownCast(props.at(0)); };
   model.set_render_mode(OBUtil::Translucent);
 
-  PropList props = model.create_mesh_tri_view(data, &screen.view(), kFlat);
+  PropList props = model.create_mesh_tri_view(data, &screen.view(), drawn_flat);
   EXPECT_EQ(only(props)->GetProperty(), model.surface_flat_property());
   EXPECT_EQ(only(props)->GetBackfaceProperty(), nullptr);
   EXPECT_EQ(mode_of(only(props)), OBUtil::Translucent);
   EXPECT_TRUE(only(props)->GetMapper()->GetScalarVisibility());
-  props = model.create_mesh_tri_view(data, &screen.view(), !kFlat);
+  props = model.create_mesh_tri_view(data, &screen.view(), !drawn_flat);
   EXPECT_EQ(only(props)->GetProperty(), model.surface_smooth_property());
   EXPECT_TRUE(only(props)->GetMapper()->GetScalarVisibility());
 
@@ -165,7 +165,7 @@ TEST_F(MeshModelViews, GivenEachDataGroup_WhenItsPropsAreMade_ThenOnlyVertexColo
 TEST_F(MeshModelViews, GivenSettingsThatChangedSince_WhenAFactoryMakesPropsForALaterView_ThenItUsesWhatItCaptured) {
   // Kept at the time when the parts were added: edge visibility, line colour set or not, own node visibility.
   model.set_edge_vis(false);
-  model.set_line_color(kRed);
+  model.set_line_color(red);
   model.set_render_mode(OBUtil::HiddenLine);
   Screen later;
   vtkActor* later_edges = model.actor(later.view(), parts[Plain][1]);
@@ -188,7 +188,7 @@ TEST_F(MeshModelViews, GivenSettings_WhenPartsAreAddedAfterwards_ThenTheyCapture
   for (const QuadOwner& q : quads)
     model.remove_mesh(q.owner);
   model.set_edge_vis(false);
-  model.set_line_color(kRed);
+  model.set_line_color(red);
   model.set_node_vis(true);
   for (Kind kind : {Plain, VertexColored, Scalars}) {
     SCOPED_TRACE(kind);

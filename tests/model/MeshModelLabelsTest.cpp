@@ -21,14 +21,14 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr auto kOther = static_cast<OBUtil::LabelType>(7);
+constexpr auto foreign_label = static_cast<OBUtil::LabelType>(7);
 
 class ModelLabels : public testing::Test {
 protected:
   QuadOwner quad(double x = 0.0) { return add_quad_owner(db, x, 0.0); }
   QuadOwner shown_quad(double x = 0.0) {
     const QuadOwner q = quad(x);
-    model.add_mesh(q.owner, q.mesh, kRed, 1.0f, false);
+    model.add_mesh(q.owner, q.mesh, red, 1.0f, false);
     return q;
   }
   vtkDataObject* grid_of(const QuadOwner& q) { return model.get_mesh(q.owner)->get_2d_data(); }
@@ -58,11 +58,11 @@ TEST_F(ModelLabels, GivenAnyKind_WhenItsFlagIsSet_ThenItAloneIsOn) {
   for (unsigned type = Tarn::OneNode; type <= Tarn::Superelement; ++type) {
     SCOPED_TRACE(type);
     const auto kind = static_cast<Tarn::ElementType>(type);
-    model.set_element_label_flag(kind, kOther);
+    model.set_element_label_flag(kind, foreign_label);
     EXPECT_TRUE(model.any_label_flag_on());
     for (unsigned other = 0; other < 10; ++other)
       EXPECT_EQ(model.get_element_label_flag(static_cast<Tarn::ElementType>(other)),
-                other == type ? kOther : OBUtil::NoLabel);
+                other == type ? foreign_label : OBUtil::NoLabel);
     EXPECT_EQ(model.get_node_label_flag(), OBUtil::NoLabel);
     model.set_element_label_flag(kind, OBUtil::NoLabel);
     EXPECT_FALSE(model.any_label_flag_on());
@@ -106,7 +106,7 @@ TEST_F(ModelLabels, GivenKindNoneAndKindsThatDoNotExist_WhenTheirFlagsAreSet_The
 TEST_F(ModelLabels, GivenMeshesOneOfThemHidden_WhenFlagsGoOnAndOff_ThenEachRecordGainsAndLosesOnePart) {
   const QuadOwner first = shown_quad();
   const QuadOwner second = shown_quad(2.0);
-  model.add_mesh(second.owner, second.mesh, kBlue, 1.0f, false);
+  model.add_mesh(second.owner, second.mesh, blue, 1.0f, false);
   model.set_visibility(first.owner, false);
   model.forget_calls();
 
@@ -131,14 +131,14 @@ TEST_F(ModelLabels, GivenMeshesOneOfThemHidden_WhenFlagsGoOnAndOff_ThenEachRecor
 TEST_F(ModelLabels, GivenFlagsOn_WhenMeshesAreAddedInAnyWay_ThenEachComesWithALabelPart) {
   switch_on();
   const QuadOwner plain = quad();
-  model.add_mesh(plain.owner, plain.mesh, kRed, 1.0f, false);
+  model.add_mesh(plain.owner, plain.mesh, red, 1.0f, false);
   ASSERT_THAT(model.added, SizeIs(4)) << "three of the data group before that of the labels";
   EXPECT_EQ(model.added[3].data, grid_of(plain));
 
   const QuadOwner colored = quad(2.0);
   std::array<std::vector<TovanColor>, 10> colors;
-  colors[Tarn::Quad] = {kGreen};
-  model.add_mesh(colored.owner, colored.mesh, kRed, {}, colors, {}, 1.0f);
+  colors[Tarn::Quad] = {green};
+  model.add_mesh(colored.owner, colored.mesh, red, {}, colors, {}, 1.0f);
   ASSERT_THAT(model.added, SizeIs(5));
   EXPECT_EQ(model.added[4].data, grid_of(colored));
 
@@ -168,7 +168,7 @@ TEST_F(ModelLabels, GivenALabelledMesh_WhenItsEntitiesAreRemoved_ThenItsLabelPar
   const QuadOwner more = quad(2.0);
   MeshVector both = q.mesh;
   both.append(more.mesh);
-  model.add_mesh(q.owner, both, kRed, 1.0f, false);
+  model.add_mesh(q.owner, both, red, 1.0f, false);
   switch_on();
   vtkDataObject* labelled = grid_of(q);
 

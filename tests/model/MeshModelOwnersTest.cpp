@@ -46,7 +46,7 @@ TEST_F(MeshModel, GivenHiddenMeshes_WhenEntityVisibilityIsReset_ThenAllAreMarked
   const QuadOwner other = quad(2.0);
   add(q);
   add(other);
-  add(other, kBlue, true);
+  add(other, blue, true);
   model.set_visibility(q.owner, false);
   model.set_visibility(other.owner, false);
   model.forget_calls();
@@ -103,7 +103,7 @@ TEST_F(MeshModel, GivenAHiddenMesh_WhenItsNodesAreShown_ThenOnlyTheFlagChangesUn
 TEST_F(MeshModel, GivenAShownMesh_WhenWhatSelectsItsDataGroupChanges_ThenItCanStillBeHiddenShownAndRemoved) {
   const std::vector<std::function<void(GMeshGroup&)>> changes = {
       [](GMeshGroup& group) {
-        group.set_vertex_color_array({{group.get_mesh().nodes.front(), kBlue}});
+        group.set_vertex_color_array({{group.get_mesh().nodes.front(), blue}});
       },
       [](GMeshGroup& group) { group.set_force_scalars(true); },
       [](GMeshGroup& group) { group.set_node_visibility(true); },
@@ -150,31 +150,31 @@ TEST_F(MeshModel, GivenAHiddenMeshThatWasReplaced_WhenItIsShownInAnotherDataGrou
 TEST_F(MeshModel, GivenAColor_WhenSetByOwner_ThenTheGroupTakesIt) {
   const QuadOwner q = quad();
   add(q);
-  model.set_color(q.owner, kBlue);
-  EXPECT_EQ(model.get_mesh(q.owner)->get_color(), kBlue);
-  model.set_color(q.owner, kNone);
-  EXPECT_EQ(model.get_mesh(q.owner)->get_color(), kWhite);
+  model.set_color(q.owner, blue);
+  EXPECT_EQ(model.get_mesh(q.owner)->get_color(), blue);
+  model.set_color(q.owner, none);
+  EXPECT_EQ(model.get_mesh(q.owner)->get_color(), white);
 }
 
 // ------------------------------------------------------------------------------------------ many
 
 TEST_F(MeshModel, GivenTenThousandOwners_WhenOneIsHidden_ThenTheDataOfTheOthersStaysUntouched) {
-  constexpr int kOwners = 10000;
+  constexpr int owners = 10000;
   std::vector<QuadOwner> quads;
-  for (int i = 0; i < kOwners; ++i)
+  for (int i = 0; i < owners; ++i)
     quads.push_back(add_quad_owner(db, 2.0 * (i % 100), 2.0 * (i / 100)));
   for (const QuadOwner& q : quads)
     add(q);
   model.update_parts();
   const auto parts = model.parts_of_add(0);
-  ASSERT_EQ(block_count(parts[0]), static_cast<unsigned int>(kOwners));
+  ASSERT_EQ(block_count(parts[0]), static_cast<unsigned int>(owners));
   vtkTimeStamp built;
   built.Modified();
 
-  const auto hidden = static_cast<std::size_t>(kOwners / 2);
+  const auto hidden = static_cast<std::size_t>(owners / 2);
   model.set_visibility(quads[hidden].owner, false);
   model.update_parts();
-  ASSERT_EQ(block_count(parts[0]), static_cast<unsigned int>(kOwners - 1));
+  ASSERT_EQ(block_count(parts[0]), static_cast<unsigned int>(owners - 1));
   int rebuilt = 0;
   for (vtkDataObject* part : parts)
     for (unsigned int i = 0; i < block_count(part); ++i)
@@ -199,7 +199,7 @@ TEST_F(MeshModel, GivenASingleColor_WhenItChanges_ThenPointsAndCellsStayTheSameO
   vtkCellArray* cells = grid->GetCells();
   vtkDataArray* connectivity = grid->GetCells()->GetConnectivityArray();
   const auto stamp = grid->GetMTime();
-  model.set_color(q.owner, kBlue);
+  model.set_color(q.owner, blue);
   EXPECT_EQ(group->get_2d_data(), grid);
   EXPECT_GT(grid->GetMTime(), stamp);
   EXPECT_EQ(grid->GetPoints(), points);

@@ -32,8 +32,8 @@ TEST_F(MeshModel, GivenAnEmptySet_WhenAddedInAnyWay_ThenThereIsNoRecordAndNoPart
   MeshVector only_kind_zero;
   only_kind_zero.elements[0] = q.block.elements;
   for (const MeshVector& nothing : {MeshVector(), only_kind_zero}) {
-    model.add_mesh(q.owner, nothing, kRed, 1.0f, false);
-    model.add_mesh(q.owner, nothing, kRed, {kRed}, ElementColors(), {}, 1.0f);
+    model.add_mesh(q.owner, nothing, red, 1.0f, false);
+    model.add_mesh(q.owner, nothing, red, {red}, ElementColors(), {}, 1.0f);
     model.add_mesh_unique(nothing, q.owner);
   }
   EXPECT_EQ(model.get_mesh(q.owner), nullptr);
@@ -45,14 +45,14 @@ TEST_F(MeshModel, GivenAnEmptySet_WhenAddedInAnyWay_ThenThereIsNoRecordAndNoPart
 
 TEST_F(MeshModel, GivenAMesh_WhenAdded_ThenItsGroupShowsItAsAsked) {
   const QuadOwner q = quad();
-  model.add_mesh(q.owner, q.mesh, kGreen, 0.5f, true);
+  model.add_mesh(q.owner, q.mesh, green, 0.5f, true);
 
   GMeshGroup* group = model.get_mesh(q.owner);
   ASSERT_NE(group, nullptr);
   EXPECT_EQ(group->mesh_owner(), q.owner);
   EXPECT_EQ(group->get_model(), &model);
   EXPECT_EQ(group->get_mesh().elements[Tarn::Quad], q.block.elements);
-  EXPECT_EQ(group->get_color(), kGreen);
+  EXPECT_EQ(group->get_color(), green);
   EXPECT_EQ(group->get_color_type(), GMeshGroup::SingleColor);
   EXPECT_TRUE(group->get_force_scalars());
   EXPECT_TRUE(group->get_visibility());
@@ -71,7 +71,7 @@ TEST_F(MeshModel, GivenNoShrinkAndNoForcedScalars_WhenAdded_ThenTheGroupHasNeith
 
 TEST_F(MeshModel, GivenANullOwner_WhenAddedShownAndRemoved_ThenNullIsAKeyLikeAnyOther) {
   const QuadOwner q = quad();
-  model.add_mesh(nullptr, q.mesh, kRed, 1.0f, false);
+  model.add_mesh(nullptr, q.mesh, red, 1.0f, false);
   ASSERT_NE(model.get_mesh(nullptr), nullptr);
   EXPECT_EQ(model.get_mesh(q.owner), nullptr);
   EXPECT_TRUE(model.get_visibility(nullptr));
@@ -81,8 +81,8 @@ TEST_F(MeshModel, GivenANullOwner_WhenAddedShownAndRemoved_ThenNullIsAKeyLikeAny
 
 TEST_F(MeshModel, GivenColorLists_WhenAdded_ThenListsPerEntityWinOverTheNodeMap) {
   const QuadOwner q = quad();
-  const std::vector<TovanColor> some{kRed};
-  const NodeColorMap map{{q.block.nodes[0], kBlue}};
+  const std::vector<TovanColor> some{red};
+  const NodeColorMap map{{q.block.nodes[0], blue}};
   const auto at_kind = [&](std::size_t kind) {
     ElementColors colors;
     colors[kind] = some;
@@ -105,11 +105,11 @@ TEST_F(MeshModel, GivenColorLists_WhenAdded_ThenListsPerEntityWinOverTheNodeMap)
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    model.add_mesh(q.owner, q.mesh, kGreen, row.nodes, row.elements, row.map, 0.5f);
+    model.add_mesh(q.owner, q.mesh, green, row.nodes, row.elements, row.map, 0.5f);
     GMeshGroup* group = model.get_mesh(q.owner);
     ASSERT_NE(group, nullptr);
     EXPECT_EQ(group->get_color_type(), row.expected);
-    EXPECT_EQ(group->get_color(), kGreen);
+    EXPECT_EQ(group->get_color(), green);
     EXPECT_FALSE(group->get_force_scalars());
     EXPECT_TRUE(is_shrunk(group));
     EXPECT_EQ(group->get_mesh().elements[Tarn::Quad], q.block.elements);
@@ -120,10 +120,10 @@ TEST_F(MeshModel, GivenColorLists_WhenAdded_ThenListsPerEntityWinOverTheNodeMap)
 TEST_F(MeshModel, GivenColorsPerElementAndPerNode_WhenAdded_ThenTheyReachTheDrawingData) {
   const QuadOwner q = quad();
   ElementColors per_element;
-  per_element[Tarn::Quad] = {kBlue};
-  model.add_mesh(q.owner, q.mesh, kGreen, {}, per_element, {}, 1.0f);
+  per_element[Tarn::Quad] = {blue};
+  model.add_mesh(q.owner, q.mesh, green, {}, per_element, {}, 1.0f);
   unsigned char bytes[4];
-  kBlue.to_rgba(bytes);
+  blue.to_rgba(bytes);
   auto* colors = model.get_mesh(q.owner)->get_2d_data()->GetCellData()->GetScalars();
   ASSERT_NE(colors, nullptr);
   ASSERT_EQ(colors->GetNumberOfTuples(), 1);
@@ -134,23 +134,23 @@ TEST_F(MeshModel, GivenColorsPerElementAndPerNode_WhenAdded_ThenTheyReachTheDraw
 TEST_F(MeshModel, GivenTwoMeshesOfOneOwner_WhenAskedByOwner_ThenTheFirstAnswers) {
   const QuadOwner q = quad();
   const QuadOwner other = quad(2.0);
-  model.add_mesh(q.owner, q.mesh, kRed, 1.0f, false);
-  model.add_mesh(q.owner, other.mesh, kBlue, 1.0f, false);
+  model.add_mesh(q.owner, q.mesh, red, 1.0f, false);
+  model.add_mesh(q.owner, other.mesh, blue, 1.0f, false);
 
   GMeshGroup* first = model.get_mesh(q.owner);
   ASSERT_NE(first, nullptr);
-  EXPECT_EQ(first->get_color(), kRed);
-  model.set_color(q.owner, kGreen);
+  EXPECT_EQ(first->get_color(), red);
+  model.set_color(q.owner, green);
   model.set_visibility(q.owner, false);
   model.set_node_vis(q.owner, true);
-  EXPECT_EQ(first->get_color(), kGreen);
+  EXPECT_EQ(first->get_color(), green);
   EXPECT_FALSE(first->get_visibility());
   EXPECT_TRUE(first->get_node_visibility());
 
   model.remove_mesh(q.owner);
   GMeshGroup* second = model.get_mesh(q.owner);
   ASSERT_NE(second, nullptr);
-  EXPECT_EQ(second->get_color(), kBlue);
+  EXPECT_EQ(second->get_color(), blue);
   EXPECT_TRUE(second->get_visibility());
   EXPECT_FALSE(second->get_node_visibility());
   model.remove_mesh(q.owner);
@@ -166,7 +166,7 @@ TEST_F(MeshModel, GivenNeighbouringOwners_WhenAskedForOneWithoutAMesh_ThenNobody
   EXPECT_FALSE(model.get_visibility(quads[1].owner));
   EXPECT_FALSE(model.get_node_vis(quads[1].owner));
   model.forget_calls();
-  model.set_color(quads[1].owner, kBlue);
+  model.set_color(quads[1].owner, blue);
   model.set_visibility(quads[1].owner, true);
   model.set_node_vis(quads[1].owner, true);
   model.remove_mesh(quads[1].owner);
@@ -174,7 +174,7 @@ TEST_F(MeshModel, GivenNeighbouringOwners_WhenAskedForOneWithoutAMesh_ThenNobody
   EXPECT_THAT(model.removed, IsEmpty());
   for (const auto& q : {quads[0], quads[2]}) {
     ASSERT_NE(model.get_mesh(q.owner), nullptr);
-    EXPECT_EQ(model.get_mesh(q.owner)->get_color(), kRed);
+    EXPECT_EQ(model.get_mesh(q.owner)->get_color(), red);
   }
 }
 
@@ -185,7 +185,7 @@ TEST_F(MeshModel, GivenAnOwnerWithoutAMesh_WhenAddedUniquely_ThenAPlainWhiteOneI
   model.add_mesh_unique(q.mesh, q.owner);
   GMeshGroup* group = model.get_mesh(q.owner);
   ASSERT_NE(group, nullptr);
-  EXPECT_EQ(group->get_color(), kWhite);
+  EXPECT_EQ(group->get_color(), white);
   EXPECT_EQ(group->mesh_owner(), q.owner);
   EXPECT_EQ(group->get_mesh().elements[Tarn::Quad], q.block.elements);
   EXPECT_THAT(model.added, SizeIs(3));
@@ -194,7 +194,7 @@ TEST_F(MeshModel, GivenAnOwnerWithoutAMesh_WhenAddedUniquely_ThenAPlainWhiteOneI
 TEST_F(MeshModel, GivenAnOwnerWithAMesh_WhenAddedUniquely_ThenItsGroupShowsTheNewSetAndKeepsItsLooks) {
   const QuadOwner q = quad();
   const QuadOwner other = quad(2.0);
-  model.add_mesh(q.owner, q.mesh, kGreen, 0.5f, true);
+  model.add_mesh(q.owner, q.mesh, green, 0.5f, true);
   GMeshGroup* group = model.get_mesh(q.owner);
   const auto parts = model.added_data();
   model.forget_calls();
@@ -202,7 +202,7 @@ TEST_F(MeshModel, GivenAnOwnerWithAMesh_WhenAddedUniquely_ThenItsGroupShowsTheNe
   model.add_mesh_unique(other.mesh, q.owner);
   EXPECT_EQ(model.get_mesh(q.owner), group);
   EXPECT_EQ(group->get_mesh().elements[Tarn::Quad], other.block.elements);
-  EXPECT_EQ(group->get_color(), kGreen);
+  EXPECT_EQ(group->get_color(), green);
   EXPECT_TRUE(group->get_force_scalars());
   EXPECT_TRUE(is_shrunk(group));
   EXPECT_EQ(model.removed, parts) << "the group leaves its data group ...";

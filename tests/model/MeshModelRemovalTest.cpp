@@ -123,11 +123,11 @@ TEST_F(MeshModel, GivenSeveralMeshesOfOneOwner_WhenEntitiesAreRemoved_ThenAllAre
       elements.push_back(sheet.elements[static_cast<std::size_t>(i)]);
     return mesh_of(Tarn::Quad, elements);
   };
-  model.add_mesh(owner, pick({0}), kRed, 1.0f, false);       // becomes empty
-  model.add_mesh(owner, pick({2}), kGreen, 1.0f, false);     // keeps all
-  model.add_mesh(owner, pick({0, 1, 2}), kBlue, 1.0f, true); // keeps one
-  model.add_mesh(owner, pick({1}), kWhite, 0.5f, false);     // becomes empty
-  model.add_mesh(next, pick({0, 1}), kRed, 1.0f, false);     // another owner's, though of the same entities
+  model.add_mesh(owner, pick({0}), red, 1.0f, false);       // becomes empty
+  model.add_mesh(owner, pick({2}), green, 1.0f, false);     // keeps all
+  model.add_mesh(owner, pick({0, 1, 2}), blue, 1.0f, true); // keeps one
+  model.add_mesh(owner, pick({1}), white, 0.5f, false);     // becomes empty
+  model.add_mesh(next, pick({0, 1}), red, 1.0f, false);     // another owner's, though of the same entities
 
   const auto plain = model.parts_of_add(0);
   const auto scalars = model.parts_of_add(1);
@@ -137,7 +137,7 @@ TEST_F(MeshModel, GivenSeveralMeshesOfOneOwner_WhenEntitiesAreRemoved_ThenAllAre
   ASSERT_EQ(block_count(plain[0]), 2u) << "the first and the last record went";
   GMeshGroup* first = group_of(block_of(plain[0], 0));
   EXPECT_EQ(model.get_mesh(owner), first);
-  EXPECT_EQ(first->get_color(), kGreen);
+  EXPECT_EQ(first->get_color(), green);
   EXPECT_THAT(first->get_mesh().elements[Tarn::Quad], ElementsAre(sheet.elements[2]));
   EXPECT_EQ(group_of(block_of(plain[0], 1)), model.get_mesh(next));
   ASSERT_EQ(block_count(scalars[0]), 1u);
@@ -158,7 +158,7 @@ TEST_F(MeshModel, GivenTheOnlyMesh_WhenAllItsEntitiesAreRemoved_ThenItsPartsGo) 
 TEST_F(MeshModel, GivenTheEntitiesThatAGroupShows_WhenRemovedFromItsOwner_ThenAllItsMeshesLoseThem) {
   const QuadOwner q = quad();
   add(q);
-  add(q, kBlue);
+  add(q, blue);
   EXPECT_TRUE(model.remove_mesh(q.owner, model.get_mesh(q.owner)->get_mesh()));
   EXPECT_EQ(model.get_mesh(q.owner), nullptr);
 }
@@ -205,8 +205,8 @@ TEST(MeshModelLife, GivenAModelWithMeshes_WhenDestroyed_ThenGroupsAreToldAndEver
   Tarn::MeshDatabase db;
   const QuadOwner q = add_quad_owner(db, 0.0, 0.0);
   auto model = std::make_unique<GMeshModel>(&db);
-  model->add_mesh(q.owner, q.mesh, kRed, 1.0f, false);
-  model->add_mesh(q.owner, q.mesh, kBlue, 1.0f, true);
+  model->add_mesh(q.owner, q.mesh, red, 1.0f, false);
+  model->add_mesh(q.owner, q.mesh, blue, 1.0f, true);
   vtkNew<vtkPlane> plane;
   model->set_clipping_plane(plane);
   GMeshGroup foreign;

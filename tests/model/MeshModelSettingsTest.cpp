@@ -239,12 +239,12 @@ TEST_F(MeshModelViews, GivenALineColor_WhenSet_ThenAllButForcedScalarsTakeItInOr
     log.watch(edges(kind)->GetMapper(), std::string(names[kind]) + " edges");
     log.watch(nodes(kind)->GetMapper(), std::string(names[kind]) + " nodes");
   }
-  model.set_line_color(kGreen);
-  EXPECT_EQ(model.get_line_color(), kGreen);
+  model.set_line_color(green);
+  EXPECT_EQ(model.get_line_color(), green);
   EXPECT_THAT(log.names, ElementsAre("nodes edges", "nodes nodes", "vertex-coloured edges", "vertex-coloured nodes",
                                      "plain edges", "plain nodes"));
   double rgb[3];
-  kGreen.to_rgb(rgb);
+  green.to_rgb(rgb);
   for (vtkProperty* property : {model.edge_property(), model.node_property()})
     for (int i = 0; i < 3; ++i)
       EXPECT_EQ(property->GetColor()[i], rgb[i]);
@@ -254,17 +254,17 @@ TEST_F(MeshModelViews, GivenALineColor_WhenSet_ThenAllButForcedScalarsTakeItInOr
 
   log.names.clear();
   model.edge_property()->SetColor(0.1, 0.2, 0.3);
-  model.set_line_color(kGreen); // the same again: not passed on
+  model.set_line_color(green); // the same again: not passed on
   EXPECT_THAT(log.names, IsEmpty());
   EXPECT_EQ(model.edge_property()->GetColor()[0], 0.1);
 }
 
 TEST_F(MeshModelViews, GivenALineColor_WhenTakenBack_ThenScalarsComeBackAndThePropertiesKeepTheColor) {
-  model.set_line_color(kGreen);
-  model.set_line_color(kNone);
-  EXPECT_EQ(model.get_line_color(), kNone);
+  model.set_line_color(green);
+  model.set_line_color(none);
+  EXPECT_EQ(model.get_line_color(), none);
   double rgb[3];
-  kGreen.to_rgb(rgb);
+  green.to_rgb(rgb);
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(model.edge_property()->GetColor()[i], rgb[i]);
     EXPECT_EQ(model.node_property()->GetColor()[i], rgb[i]);

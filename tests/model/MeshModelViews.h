@@ -30,12 +30,12 @@ protected:
   void add(Kind kind) {
     const QuadOwner& q = quads[kind];
     if (kind == VertexColored) {
-      model.add_mesh(q.owner, q.mesh, kRed, {}, {}, {{q.block.nodes[0], kBlue}}, 1.0f);
+      model.add_mesh(q.owner, q.mesh, red, {}, {}, {{q.block.nodes[0], blue}}, 1.0f);
     } else if (kind == NodesShown) {
-      model.add_mesh(q.owner, q.mesh, kRed, 1.0f, false); // joins the plain group, adds no part
+      model.add_mesh(q.owner, q.mesh, red, 1.0f, false); // joins the plain group, adds no part
       model.set_node_vis(q.owner, true);
     } else {
-      model.add_mesh(q.owner, q.mesh, kRed, 1.0f, kind == Scalars);
+      model.add_mesh(q.owner, q.mesh, red, 1.0f, kind == Scalars);
     }
   }
 

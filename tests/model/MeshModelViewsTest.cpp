@@ -67,7 +67,7 @@ TEST(MeshModelLooks, GivenANewModel_WhenAsked_ThenItsSettingsAreAsDocumented) {
   EXPECT_FALSE(model.get_node_vis());
   EXPECT_EQ(model.get_line_width(), 1.0f);
   EXPECT_EQ(model.get_node_point_size(), 1.0f);
-  EXPECT_EQ(model.get_line_color(), kNone);
+  EXPECT_EQ(model.get_line_color(), none);
 }
 
 // ------------------------------------------------------------------------------------------ data groups and parts
@@ -103,8 +103,8 @@ TEST_F(MeshModelViews, GivenAMeshThatFitsSeveralDataGroups_WhenAdded_ThenNodesWi
     SCOPED_TRACE(row.name);
     const QuadOwner q = add_quad_owner(db, 20.0, 0.0);
     std::map<Node, TovanColor> colors;
-    if (row.vertex_colors) colors[q.block.nodes[0]] = kBlue;
-    model.add_mesh(q.owner, q.mesh, kRed, {}, {}, colors, 1.0f);
+    if (row.vertex_colors) colors[q.block.nodes[0]] = blue;
+    model.add_mesh(q.owner, q.mesh, red, {}, {}, colors, 1.0f);
     model.set_visibility(q.owner, false);
     model.get_mesh(q.owner)->set_force_scalars(row.scalars);
     model.get_mesh(q.owner)->set_node_visibility(row.nodes);
@@ -121,7 +121,7 @@ TEST_F(MeshModelViews, GivenAMeshThatFitsSeveralDataGroups_WhenAdded_ThenNodesWi
 
 TEST_F(MeshModelViews, GivenADataGroupWithAMember_WhenAnotherJoins_ThenNoPartIsAddedAndItShowsAtTheNextUpdate) {
   const QuadOwner q = add_quad_owner(db, 20.0, 0.0);
-  model.add_mesh(q.owner, q.mesh, kRed, 1.0f, false);
+  model.add_mesh(q.owner, q.mesh, red, 1.0f, false);
   EXPECT_THAT(model.added, IsEmpty());
   model.update_parts();
   ASSERT_EQ(block_count(parts[Plain][0]), 2u);
@@ -135,7 +135,7 @@ TEST_F(MeshModelViews, GivenChangesInAllDataGroups_WhenUpdated_ThenPlainComesFir
   for (int kind = Plain; kind <= Scalars; ++kind)
     log.watch(parts[kind][0], names[kind]);
   for (const QuadOwner& q : quads)
-    model.set_color(q.owner, kGreen);
+    model.set_color(q.owner, green);
   EXPECT_THAT(log.names, IsEmpty());
   model.update_parts();
   log.names.erase(std::unique(log.names.begin(), log.names.end()), log.names.end());

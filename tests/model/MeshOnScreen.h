@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-const TovanColor kBlack(0, 0, 0, 255);
+const TovanColor black(0, 0, 0, 255);
 
 inline Rgb rgb(TovanColor color) { return {color.r, color.g, color.b}; }
 
@@ -24,23 +24,23 @@ inline Rgb mix(const Rgb& over, const Rgb& under, double opacity) {
 
 /// How many pixels are not background.
 inline int drawn_pixels(const Picture& picture) {
-  return picture.count_if([](const Rgb& pixel) { return distance(pixel, Screen::kBackground) > 32; });
+  return picture.count_if([](const Rgb& pixel) { return distance(pixel, Screen::background) > 32; });
 }
 
 /// Pixels of a unit quadrilateral seen by `MeshOnScreen`.
-constexpr int kUnit = 100 * 100;
+constexpr int unit = 100 * 100;
 
 /// Whether that many are of the colour; a black outline takes some.
 inline bool covers_a_unit(const Picture& picture, TovanColor color) {
   const int count = picture.count(rgb(color));
-  return count > kUnit - 450 && count <= kUnit;
+  return count > unit - 450 && count <= unit;
 }
 
 /// A model whose edges are black and that is looked at from +z, 100 pixels a unit, the picture's centre at 2, 1.5.
 class MeshOnScreen : public testing::Test {
 protected:
   void SetUp() override {
-    model.set_line_color(kBlack);
+    model.set_line_color(black);
     look_from_above(screen);
   }
   void TearDown() override { GModel::mNormalDirectedLighting = false; }

@@ -17,7 +17,7 @@ namespace {
 /// One owner of every dimension with something of every kind, and nodes of which some are drawn in their own right.
 class MeshToDraw : public testing::Test {
 protected:
-  static constexpr std::uint32_t kDimensions[] = {0, 1, 2, 3, Tarn::MeshDatabase::AnyDimension};
+  static constexpr std::uint32_t dimensions[] = {0, 1, 2, 3, Tarn::MeshDatabase::AnyDimension};
 
   /// An owner with one element of each kind 1 to 9 and three lone nodes.
   Owner add_owner(std::uint32_t dimension) {
@@ -212,13 +212,13 @@ TEST_F(MeshToDraw, GivenADatabaseThatDoesNotAnswer_WhenAsked_ThenNothingIsMadeUp
 }
 
 TEST_F(MeshToDraw, GivenEveryOwner_WhenAddedAsDrawn_ThenItsGroupHoldsTheSameAfterAReportedChange) {
-  for (std::uint32_t dimension : kDimensions) {
+  for (std::uint32_t dimension : dimensions) {
     SCOPED_TRACE(dimension);
     const Owner owner = add_owner(dimension);
     MeshVector to_draw;
     model.get_mesh_to_draw(owner, to_draw);
     ASSERT_FALSE(to_draw.empty());
-    model.add_mesh(owner, to_draw, kRed, 1.0f, false);
+    model.add_mesh(owner, to_draw, red, 1.0f, false);
     model.update_mesh_modified(owner);
     const MeshVector& again = model.get_mesh(owner)->get_mesh();
     EXPECT_EQ(again.nodes, to_draw.nodes);

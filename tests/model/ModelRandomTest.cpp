@@ -124,9 +124,9 @@ void Walk::add(Owner owner, const MeshVector& mesh) {
   if (unique)
     model_.add_mesh_unique(mesh, owner);
   else if (flip())
-    model_.add_mesh(owner, mesh, kRed, flip() ? 1.0f : 0.5f, flip());
+    model_.add_mesh(owner, mesh, red, flip() ? 1.0f : 0.5f, flip());
   else
-    model_.add_mesh(owner, mesh, kRed, {}, {}, {{quads_[0].nodes[0], kBlue}}, 1.0f);
+    model_.add_mesh(owner, mesh, red, {}, {}, {{quads_[0].nodes[0], blue}}, 1.0f);
   if (mesh.empty()) return;
   if (unique && known) {
     known->in_view = true;
@@ -176,7 +176,7 @@ void Walk::change_looks(Owner owner) {
   case 2:
     return model_.reset_entity_visibility();
   case 3:
-    return model_.set_color(owner, kGreen);
+    return model_.set_color(owner, green);
   case 4:
     return model_.set_render_mode(static_cast<OBUtil::RenderMode>(pick(7)));
   case 5:
@@ -184,7 +184,7 @@ void Walk::change_looks(Owner owner) {
   case 6:
     return model_.set_node_vis(flip());
   case 7:
-    return model_.set_line_color(flip() ? kNone : kGreen);
+    return model_.set_line_color(flip() ? none : green);
   case 8:
     return model_.set_clipping_plane(flip() ? plane_.Get() : nullptr);
   case 9:

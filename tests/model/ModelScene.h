@@ -21,11 +21,11 @@ using Node = Tarn::Handle<0>;
 using Elem = Tarn::Handle<1>;
 using Point = std::array<double, 3>;
 
-const TovanColor kRed(220, 40, 40);
-const TovanColor kGreen(40, 180, 60);
-const TovanColor kBlue(50, 80, 220);
-const TovanColor kWhite(255, 255, 255);
-const TovanColor kNone;
+const TovanColor red(220, 40, 40);
+const TovanColor green(40, 180, 60);
+const TovanColor blue(50, 80, 220);
+const TovanColor white(255, 255, 255);
+const TovanColor none;
 
 /// What one call added to the database.
 struct Block {

@@ -15,16 +15,16 @@
 
 namespace {
 
-const TovanColor kBlack(0, 0, 0, 255);
-const TovanColor kOrange(230, 160, 60);
-const TovanColor kSky(90, 150, 220);
+const TovanColor black(0, 0, 0, 255);
+const TovanColor orange(230, 160, 60);
+const TovanColor sky(90, 150, 220);
 
 /// Drivers differ in the last bit of a colour and in which pixels a line takes.
-constexpr double kMeanTolerance = 0.6;
-constexpr double kFractionTolerance = 0.01;
+constexpr double mean_tolerance = 0.6;
+constexpr double fraction_tolerance = 0.01;
 
 struct Stage {
-  Stage() { model.set_line_color(kBlack); }
+  Stage() { model.set_line_color(black); }
 
   Screen screen;
   Tarn::MeshDatabase db;
@@ -51,8 +51,8 @@ void set_blocks(Stage& stage) {
   const Owner high = stage.db.add_owner("high", 3);
   const Block base = add_hexes(stage.db, low, {6, 2, 4}, {0, 0, 0}, 0.5);
   const Block tower = add_hexes(stage.db, high, {2, 3, 4}, {0, 1, 0}, 0.5);
-  stage.model.add_mesh(low, mesh_of(Tarn::Hex, base.elements), kSky, 1.0f, false);
-  stage.model.add_mesh(high, mesh_of(Tarn::Hex, tower.elements), kOrange, 1.0f, false);
+  stage.model.add_mesh(low, mesh_of(Tarn::Hex, base.elements), sky, 1.0f, false);
+  stage.model.add_mesh(high, mesh_of(Tarn::Hex, tower.elements), orange, 1.0f, false);
   stage.screen.look_at({1.5, 1.1, 1.0}, {0.6, 0.5, 1.0}, 4.0);
 }
 
@@ -98,7 +98,7 @@ void set_node_labels(Stage& stage) {
   const Block back = add_quads(stage.db, sheet, {3, 2}, {0, 0, 0});
   const Block front = add_hexes(stage.db, block, {1, 1, 1}, {0, 0, 0.5});
   stage.model.add_mesh(sheet, mesh_of(Tarn::Quad, back.elements), TovanColor(30, 0, 70), 1.0f, false);
-  stage.model.add_mesh(block, mesh_of(Tarn::Hex, front.elements), kOrange, 1.0f, false);
+  stage.model.add_mesh(block, mesh_of(Tarn::Hex, front.elements), orange, 1.0f, false);
   stage.model.set_render_mode(OBUtil::Translucent);
   stage.model.set_node_label_flag(OBUtil::LocalId);
   stage.model.set_element_label_flag(Tarn::Edge, OBUtil::LocalId);
@@ -111,14 +111,14 @@ void set_hidden_owner(Stage& stage) {
 }
 
 void set_own_line_colors(Stage& stage) {
-  stage.model.set_line_color(kNone);
+  stage.model.set_line_color(none);
   const Owner forced = stage.db.add_owner("forced", 3);
   const Owner plain = stage.db.add_owner("plain", 3);
   const Block left = add_hexes(stage.db, forced, {2, 2, 2}, {0, 0, 0});
   const Block right = add_hexes(stage.db, plain, {2, 2, 2}, {3, 0, 0});
-  stage.model.add_mesh(forced, mesh_of(Tarn::Hex, left.elements), kRed, 1.0f, true);
-  stage.model.add_mesh(plain, mesh_of(Tarn::Hex, right.elements), kRed, 1.0f, false);
-  stage.model.set_line_color(kBlue);
+  stage.model.add_mesh(forced, mesh_of(Tarn::Hex, left.elements), red, 1.0f, true);
+  stage.model.add_mesh(plain, mesh_of(Tarn::Hex, right.elements), red, 1.0f, false);
+  stage.model.set_line_color(blue);
   stage.model.set_render_mode(OBUtil::Wireframe);
   stage.screen.look_at({2.5, 1.0, 1.0}, {0.4, 0.5, 1.0}, 5.0);
 }
@@ -130,7 +130,7 @@ void set_element_colors(Stage& stage) {
   for (int i = 0; i < 24; ++i)
     colors[Tarn::Quad].push_back(
         {static_cast<unsigned char>(40 + 35 * (i % 6)), static_cast<unsigned char>(60 + 50 * (i / 6)), 140});
-  stage.model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kWhite, {}, colors, {}, 1.0f);
+  stage.model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), white, {}, colors, {}, 1.0f);
   stage.screen.look_at({3.0, 2.0, 0.0}, {0.0, -0.4, 1.0}, 5.0);
 }
 
@@ -147,7 +147,7 @@ void set_vertex_colors(Stage& stage) {
   for (std::size_t i = 0; i < waves.size(); ++i)
     colors[sheet.nodes[i]] = {static_cast<unsigned char>(127 + 120 * waves[i]), 110,
                               static_cast<unsigned char>(127 - 120 * waves[i])};
-  stage.model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kWhite, {}, {}, colors, 1.0f);
+  stage.model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), white, {}, {}, colors, 1.0f);
   stage.model.set_edge_vis(false);
   stage.screen.look_at({3.0, 2.0, 0.0}, {0.3, -0.8, 1.0}, 4.6);
 }
@@ -162,7 +162,7 @@ void set_every_kind(Stage& stage) {
       const Point at{solid ? 1.8 * (kind - 5) : 2.0 * (kind - 1), 1.7 * quadratic + (solid ? 3.6 : 0.0), 0.0};
       const Owner owner = stage.db.add_owner("element");
       const Block block = add_element(stage.db, owner, type, element_points(type, counts[quadratic][kind], at));
-      stage.model.add_mesh(owner, mesh_of(type, block.elements), quadratic ? kGreen : kOrange, 1.0f, false);
+      stage.model.add_mesh(owner, mesh_of(type, block.elements), quadratic ? green : orange, 1.0f, false);
     }
   stage.model.set_node_vis(true);
   stage.model.set_node_point_size(0.8f);
@@ -178,11 +178,11 @@ void set_normal_directed(Stage& stage) {
     const double radius = 0.8 + 0.15 * p[0];
     return Point{radius * std::sin(0.9 * p[0]), p[1], radius * std::cos(0.9 * p[0])};
   });
-  stage.model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kGreen, 1.0f, false);
+  stage.model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), green, 1.0f, false);
   stage.screen.look_at({0.0, 0.5, 0.0}, {0.1, 0.8, 1.0}, 4.4);
 }
 
-const Scene kScenes[] = {
+const Scene scenes[] = {
     {"shaded", blocks_in_mode(OBUtil::Shaded)},
     {"wireframe", blocks_in_mode(OBUtil::Wireframe)},
     {"hidden_line", blocks_in_mode(OBUtil::HiddenLine)},
@@ -228,25 +228,25 @@ TEST_P(MeshPicture, GivenAScene_WhenDrawn_ThenItLooksLikeItsBaseline) {
     GTEST_SKIP() << "wrote " << baseline_of(GetParam());
   }
   const Picture baseline = read_png(baseline_of(GetParam()));
-  ASSERT_EQ(baseline.width, Screen::kWidth) << "no baseline";
+  ASSERT_EQ(baseline.width, Screen::window_width) << "no baseline";
   const Difference differ = difference(drawn, baseline);
-  EXPECT_LT(differ.mean, kMeanTolerance);
-  EXPECT_LT(differ.fraction_differing, kFractionTolerance);
+  EXPECT_LT(differ.mean, mean_tolerance);
+  EXPECT_LT(differ.fraction_differing, fraction_tolerance);
   if (HasFailure()) std::cerr << "What was drawn: " << keep(drawn, GetParam()) << "\n";
-  EXPECT_GT(difference(empty, baseline).mean, 4 * kMeanTolerance) << "the tolerance would let an empty view pass";
-  EXPECT_GT(difference(empty, baseline).fraction_differing, 2 * kFractionTolerance);
+  EXPECT_GT(difference(empty, baseline).mean, 4 * mean_tolerance) << "the tolerance would let an empty view pass";
+  EXPECT_GT(difference(empty, baseline).fraction_differing, 2 * fraction_tolerance);
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, MeshPicture, testing::ValuesIn(kScenes),
+INSTANTIATE_TEST_SUITE_P(Scenes, MeshPicture, testing::ValuesIn(scenes),
                          [](const auto& scene) { return std::string(scene.param.name); });
 
 TEST(MeshPictures, GivenTheBaselines_WhenComparedWithEachOther_ThenTheTolerancesTellThemApart) {
   if (writes_baselines()) GTEST_SKIP();
-  for (const Scene& one : kScenes)
-    for (const Scene& other : kScenes) {
+  for (const Scene& one : scenes)
+    for (const Scene& other : scenes) {
       if (&one == &other) continue;
       const Difference differ = difference(read_png(baseline_of(one)), read_png(baseline_of(other)));
-      EXPECT_TRUE(differ.mean > kMeanTolerance || differ.fraction_differing > kFractionTolerance)
+      EXPECT_TRUE(differ.mean > mean_tolerance || differ.fraction_differing > fraction_tolerance)
           << one.name << " and " << other.name;
     }
 }

@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int kPlainlyDifferent = 32;
+constexpr int plainly_different = 32;
 
 Picture picture_of(int width, int height, vtkUnsignedCharArray* channels) {
   Picture picture{width, height, {}};
@@ -67,7 +67,7 @@ Difference difference(const Picture& left, const Picture& right) {
     const Rgb& a = left.pixels[i];
     const Rgb& b = right.pixels[i];
     sum += (std::abs(a.r - b.r) + std::abs(a.g - b.g) + std::abs(a.b - b.b)) / 3.0;
-    differing += distance(a, b) > kPlainlyDifferent;
+    differing += distance(a, b) > plainly_different;
   }
   const auto count = static_cast<double>(left.pixels.size());
   return {sum / count, differing / count};
@@ -105,10 +105,10 @@ Screen::Screen() {
   EXPECT_STREQ(window->GetClassName(), "vtkXOpenGLRenderWindow") << "nothing would be drawn";
   window->OffScreenRenderingOn();
   window->SetMultiSamples(0);
-  window->SetSize(kWidth, kHeight);
+  window->SetSize(window_width, window_height);
   vtkRenderer* renderer = view_.renderer();
   renderer->GradientBackgroundOff();
-  renderer->SetBackground(kBackground.r / 255.0, kBackground.g / 255.0, kBackground.b / 255.0);
+  renderer->SetBackground(background.r / 255.0, background.g / 255.0, background.b / 255.0);
   renderer->SetUseFXAA(false);
   renderer->GetActiveCamera()->ParallelProjectionOn();
 }
@@ -134,8 +134,8 @@ Picture Screen::shoot() {
   view_.renderer()->ResetCameraClippingRange();
   view_.render();
   vtkNew<vtkUnsignedCharArray> channels;
-  view_.window()->GetRGBACharPixelData(0, 0, kWidth - 1, kHeight - 1, 0, channels);
-  return picture_of(kWidth, kHeight, channels);
+  view_.window()->GetRGBACharPixelData(0, 0, window_width - 1, window_height - 1, 0, channels);
+  return picture_of(window_width, window_height, channels);
 }
 
 double Screen::depth_at(std::array<int, 2> pixel) {

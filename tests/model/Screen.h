@@ -43,9 +43,9 @@ void write_png(const Picture& picture, const std::string& path);
 /// An off-screen view of 400 by 300 pixels with a plain background and a parallel camera.
 class Screen {
 public:
-  static constexpr int kWidth = 400;
-  static constexpr int kHeight = 300;
-  static constexpr Rgb kBackground{250, 240, 230};
+  static constexpr int window_width = 400;
+  static constexpr int window_height = 300;
+  static constexpr Rgb background{250, 240, 230};
 
   Screen();
 

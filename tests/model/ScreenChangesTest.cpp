@@ -16,30 +16,30 @@ namespace {
 TEST_F(MeshOnScreen, GivenDeletedElements_WhenReported_ThenTheirPixelsGo) {
   const Owner owner = db.add_owner("sheet", 2);
   const Block sheet = add_quads(db, owner, {3, 1}, {0.5, 1.0, 0.0});
-  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kRed, 1.0f, false);
-  const int before = screen.shoot().count(rgb(kRed));
-  ASSERT_GT(before, 3 * kUnit - 1000);
+  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), red, 1.0f, false);
+  const int before = screen.shoot().count(rgb(red));
+  ASSERT_GT(before, 3 * unit - 1000);
   ASSERT_TRUE(db.delete_elements(1, &sheet.elements[1]));
-  EXPECT_EQ(screen.shoot().count(rgb(kRed)), before) << "not reported yet";
+  EXPECT_EQ(screen.shoot().count(rgb(red)), before) << "not reported yet";
   model.update_mesh_modified(owner);
   const Picture picture = screen.shoot();
-  EXPECT_NEAR(picture.count(rgb(kRed)), before * 2 / 3, 250);
-  EXPECT_EQ(pixel_at(picture, {2.0, 1.5, 0.0}), Screen::kBackground);
+  EXPECT_NEAR(picture.count(rgb(red)), before * 2 / 3, 250);
+  EXPECT_EQ(pixel_at(picture, {2.0, 1.5, 0.0}), Screen::background);
 }
 
 TEST_F(MeshOnScreen, GivenMovedNodes_WhenReported_ThenSurfaceEdgesAndNodesMove) {
-  const QuadOwner q = add(0.5, 1.0, kRed);
+  const QuadOwner q = add(0.5, 1.0, red);
   model.set_node_vis(true);
   screen.shoot();
   const double there[] = {2.5, 0.5, 0, 3.5, 0.5, 0, 2.5, 1.5, 0, 3.5, 1.5, 0};
   ASSERT_TRUE(db.move_nodes(4, q.block.nodes.data(), there));
   model.update_mesh_transformed(q.owner);
   const Picture picture = screen.shoot();
-  EXPECT_LE(distance(pixel_at(picture, {3.0, 1.0, 0.0}), rgb(kRed)), 8);
-  EXPECT_EQ(pixel_at(picture, {1.0, 1.5, 0.0}), Screen::kBackground);
-  EXPECT_TRUE(picture.has_near(screen.pixel_of({3.0, 1.5, 0.0}), rgb(kBlack), 1)) << "an edge";
-  EXPECT_TRUE(picture.has_near(screen.pixel_of({3.5, 0.5, 0.0}), rgb(kBlack), 0)) << "a node";
-  EXPECT_FALSE(picture.has_near(screen.pixel_of({0.5, 1.0, 0.0}), rgb(kBlack), 5)) << "where a node was";
+  EXPECT_LE(distance(pixel_at(picture, {3.0, 1.0, 0.0}), rgb(red)), 8);
+  EXPECT_EQ(pixel_at(picture, {1.0, 1.5, 0.0}), Screen::background);
+  EXPECT_TRUE(picture.has_near(screen.pixel_of({3.0, 1.5, 0.0}), rgb(black), 1)) << "an edge";
+  EXPECT_TRUE(picture.has_near(screen.pixel_of({3.5, 0.5, 0.0}), rgb(black), 0)) << "a node";
+  EXPECT_FALSE(picture.has_near(screen.pixel_of({0.5, 1.0, 0.0}), rgb(black), 5)) << "where a node was";
 }
 
 TEST_F(MeshOnScreen, GivenMeshesOfEachKind_WhenReportedModified_ThenThePictureStaysTheSame) {
@@ -59,7 +59,7 @@ TEST_F(MeshOnScreen, GivenMeshesOfEachKind_WhenReportedModified_ThenThePictureSt
     MeshVector mesh;
     model.get_mesh_to_draw(owner, mesh);
     ASSERT_FALSE(mesh.empty());
-    model.add_mesh(owner, mesh, kGreen, 1.0f, false);
+    model.add_mesh(owner, mesh, green, 1.0f, false);
     model.set_node_vis(owner, true);
   }
   screen.look_at({8.0, 2.5, 0.0}, {0.3, 0.4, 1.0}, 12.0);
@@ -76,52 +76,52 @@ TEST_F(MeshOnScreen, GivenMeshesOfEachKind_WhenReportedModified_ThenThePictureSt
 TEST_F(MeshOnScreen, GivenAClippingPlane_WhenMovedInPlace_ThenSettingItAgainShowsIt) {
   const Owner owner = db.add_owner("sheet", 2);
   const Block sheet = add_quads(db, owner, {4, 1}, {0.0, 1.0, 0.0});
-  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kRed, 1.0f, false);
+  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), red, 1.0f, false);
   vtkNew<vtkPlane> plane;
   plane->SetNormal(1.0, 0.0, 0.0);
   plane->SetOrigin(1.5, 0.0, 0.0);
   model.set_clipping_plane(plane);
   const Picture clipped = screen.shoot();
-  EXPECT_NEAR(clipped.count(rgb(kRed)), 3 * kUnit, 1000) << "the element that crosses the plane stays whole";
-  EXPECT_EQ(pixel_at(clipped, {0.5, 1.5, 0.0}), Screen::kBackground);
+  EXPECT_NEAR(clipped.count(rgb(red)), 3 * unit, 1000) << "the element that crosses the plane stays whole";
+  EXPECT_EQ(pixel_at(clipped, {0.5, 1.5, 0.0}), Screen::background);
 
   plane->SetOrigin(3.1, 0.0, 0.0);
   EXPECT_EQ(difference(screen.shoot(), clipped).mean, 0.0) << "no data group was told";
   model.set_clipping_plane(plane);
-  EXPECT_NEAR(screen.shoot().count(rgb(kRed)), kUnit, 500);
+  EXPECT_NEAR(screen.shoot().count(rgb(red)), unit, 500);
   model.set_clipping_plane(nullptr);
-  EXPECT_NEAR(screen.shoot().count(rgb(kRed)), 4 * kUnit, 1300);
+  EXPECT_NEAR(screen.shoot().count(rgb(red)), 4 * unit, 1300);
 }
 
 TEST_F(MeshOnScreen, GivenAShownMesh_WhenShrunk_ThenReportingItMovedShowsIt) {
-  const QuadOwner q = add(1.0, 1.0, kRed);
+  const QuadOwner q = add(1.0, 1.0, red);
   const Picture whole = screen.shoot();
-  ASSERT_TRUE(covers_a_unit(whole, kRed));
+  ASSERT_TRUE(covers_a_unit(whole, red));
   model.get_mesh(q.owner)->set_shrink_factor(0.5f);
   EXPECT_EQ(difference(screen.shoot(), whole).mean, 0.0);
   model.update_mesh_transformed(q.owner);
   const Picture shrunk = screen.shoot();
-  EXPECT_NEAR(shrunk.count(rgb(kRed)), kUnit / 4, 250);
-  EXPECT_TRUE(shrunk.has_near(screen.pixel_of({1.25, 1.5, 0.0}), rgb(kBlack), 1)) << "its edge at half the way";
+  EXPECT_NEAR(shrunk.count(rgb(red)), unit / 4, 250);
+  EXPECT_TRUE(shrunk.has_near(screen.pixel_of({1.25, 1.5, 0.0}), rgb(black), 1)) << "its edge at half the way";
   model.get_mesh(q.owner)->set_shrink_factor(1.0f);
   model.update_mesh_transformed(q.owner);
   EXPECT_EQ(difference(screen.shoot(), whole).mean, 0.0);
 }
 
 TEST_F(MeshOnScreen, GivenColorListsOnAShownMesh_WhenReportedMoved_ThenTheyShow) {
-  const QuadOwner q = add(1.0, 1.0, kRed);
+  const QuadOwner q = add(1.0, 1.0, red);
   screen.shoot();
   std::array<std::vector<TovanColor>, 10> colors;
-  colors[Tarn::Quad] = {kBlue};
+  colors[Tarn::Quad] = {blue};
   model.get_mesh(q.owner)->set_cell_color_array({}, colors);
   model.update_mesh_transformed(q.owner);
-  EXPECT_TRUE(covers_a_unit(screen.shoot(), kBlue));
+  EXPECT_TRUE(covers_a_unit(screen.shoot(), blue));
 
-  model.set_color(q.owner, kGreen); // no way back but removing and adding
-  EXPECT_TRUE(covers_a_unit(screen.shoot(), kBlue));
+  model.set_color(q.owner, green); // no way back but removing and adding
+  EXPECT_TRUE(covers_a_unit(screen.shoot(), blue));
   model.remove_mesh(q.owner);
-  model.add_mesh(q.owner, q.mesh, kGreen, 1.0f, false);
-  EXPECT_TRUE(covers_a_unit(screen.shoot(), kGreen));
+  model.add_mesh(q.owner, q.mesh, green, 1.0f, false);
+  EXPECT_TRUE(covers_a_unit(screen.shoot(), green));
 }
 
 TEST_F(MeshOnScreen, GivenAMeshFarFromTheOrigin_WhenDrawn_ThenThePictureIsTheSameAsAtTheOrigin) {
@@ -129,7 +129,7 @@ TEST_F(MeshOnScreen, GivenAMeshFarFromTheOrigin_WhenDrawn_ThenThePictureIsTheSam
     model.clear();
     const Owner owner = db.add_owner("block", 3);
     const Block block = add_hexes(db, owner, {3, 2, 2}, {offset, offset, -offset}, 0.25);
-    model.add_mesh(owner, mesh_of(Tarn::Hex, block.elements), kGreen, 1.0f, false);
+    model.add_mesh(owner, mesh_of(Tarn::Hex, block.elements), green, 1.0f, false);
     screen.look_at({offset + 0.375, offset + 0.25, -offset + 0.25}, {0.5, 0.6, 1.0}, 1.2);
     return screen.shoot();
   };

@@ -19,14 +19,14 @@ protected:
     MeshOnScreen::SetUp();
     owner = db.add_owner("block", 3);
     block = add_hexes(db, owner, {2, 1, 1}, {0.0, 0.0, 0.0});
-    model.add_mesh(owner, mesh_of(Tarn::Hex, block.elements), kGreen, 1.0f, false);
+    model.add_mesh(owner, mesh_of(Tarn::Hex, block.elements), green, 1.0f, false);
     screen.look_at({1.0, 0.5, 0.5}, {0.6, 0.7, 1.0}, 2.8);
   }
 
   /// Whether a dark line runs all the way between two points of the world.
   bool has_line(const Picture& picture, const Point& a, const Point& b) {
     for (double t = 0.03; t < 0.98; t += 0.01)
-      if (!picture.has_near(screen.pixel_of(between(a, b, t)), rgb(kBlack), 1, 40)) return false;
+      if (!picture.has_near(screen.pixel_of(between(a, b, t)), rgb(black), 1, 40)) return false;
     return true;
   }
   /// The darkest green at or beside a point of the world.
@@ -81,10 +81,10 @@ TEST_F(BlockOnScreen, GivenEachRenderMode_WhenDrawn_ThenSurfacesAndHiddenLinesLo
     pictures[mode] = screen.shoot();
     EXPECT_TRUE(has_line(pictures[mode], {1, 0, 1}, {1, 1, 1})) << "mode " << mode;
   }
-  EXPECT_EQ(pixel_at(pictures[0], on_top), Screen::kBackground);
+  EXPECT_EQ(pixel_at(pictures[0], on_top), Screen::background);
   EXPECT_LT(darkness_at(pictures[0], hidden_edge), 40) << "wireframe shows what is behind";
 
-  EXPECT_EQ(pixel_at(pictures[1], on_top), Screen::kBackground);
+  EXPECT_EQ(pixel_at(pictures[1], on_top), Screen::background);
   EXPECT_GT(darkness_at(pictures[1], hidden_edge), 200) << "hidden lines are hidden";
 
   EXPECT_GT(darkness_at(pictures[2], hidden_edge), 90) << "hidden lines are dimmed ...";
@@ -97,7 +97,7 @@ TEST_F(BlockOnScreen, GivenEachRenderMode_WhenDrawn_ThenSurfacesAndHiddenLinesLo
   EXPECT_GT(darkness_at(pictures[3], hidden_edge), 60);
 
   EXPECT_GT(distance(pixel_at(pictures[4], on_top), top), 15) << "see through";
-  EXPECT_GT(distance(pixel_at(pictures[4], on_top), Screen::kBackground), 15);
+  EXPECT_GT(distance(pixel_at(pictures[4], on_top), Screen::background), 15);
   EXPECT_EQ(difference(pictures[5], pictures[3]).mean, 0.0);
 
   model.set_render_mode(OBUtil::Shaded);
@@ -117,36 +117,36 @@ TEST_F(BlockOnScreen, GivenShadedAndWireframe_WhenDepthIsRead_ThenOnlySurfacesFi
 }
 
 TEST_F(MeshOnScreen, GivenTranslucentMode_WhenOpacityChanges_ThenASingleLayerMixesAccordingly) {
-  add(1.0, 1.0, kRed);
+  add(1.0, 1.0, red);
   model.set_render_mode(OBUtil::Translucent);
   for (double opacity : {0.5, 0.25, 0.75, 1.0}) {
     model.set_opacity(opacity);
-    EXPECT_LE(distance(pixel_at(screen.shoot(), {1.5, 1.5, 0.0}), mix(rgb(kRed), Screen::kBackground, opacity)), 8)
+    EXPECT_LE(distance(pixel_at(screen.shoot(), {1.5, 1.5, 0.0}), mix(rgb(red), Screen::background, opacity)), 8)
         << opacity;
   }
 }
 
 TEST_F(MeshOnScreen, GivenALineWidth_WhenItGrows_ThenEdgesCoverMorePixels) {
-  add(1.0, 1.0, kRed);
-  EXPECT_NEAR(screen.shoot().count(rgb(kBlack), 30), 400, 60);
+  add(1.0, 1.0, red);
+  EXPECT_NEAR(screen.shoot().count(rgb(black), 30), 400, 60);
   model.set_line_width(5.0f);
-  EXPECT_NEAR(screen.shoot().count(rgb(kBlack), 30), 5 * 400, 200);
+  EXPECT_NEAR(screen.shoot().count(rgb(black), 30), 5 * 400, 200);
 }
 
 TEST_F(MeshOnScreen, GivenAPointSize_WhenItGrows_ThenNodesCoverMorePixels) {
-  add(1.0, 1.0, kRed);
+  add(1.0, 1.0, red);
   model.set_edge_vis(false);
-  EXPECT_EQ(screen.shoot().count(rgb(kBlack), 30), 0) << "nodes are hidden at first";
+  EXPECT_EQ(screen.shoot().count(rgb(black), 30), 0) << "nodes are hidden at first";
   model.set_node_vis(true);
-  EXPECT_NEAR(screen.shoot().count(rgb(kBlack), 30), 4 * 36, 4 * 8);
+  EXPECT_NEAR(screen.shoot().count(rgb(black), 30), 4 * 36, 4 * 8);
   model.set_node_point_size(2.0f);
-  EXPECT_NEAR(screen.shoot().count(rgb(kBlack), 30), 4 * 144, 4 * 32);
+  EXPECT_NEAR(screen.shoot().count(rgb(black), 30), 4 * 144, 4 * 32);
 }
 
 TEST_F(MeshOnScreen, GivenNodes_WhenShown_ThenEachIsWhereItsCoordinatesAre) {
   const Owner owner = db.add_owner("sheet", 2);
   const Block sheet = add_quads(db, owner, {3, 2}, {0.5, 0.5, 0.0});
-  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kRed, 1.0f, false);
+  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), red, 1.0f, false);
   model.set_edge_vis(false);
   std::vector<Point> points(sheet.nodes.size());
   db.get_double_coordinates(sheet.nodes.size(), sheet.nodes.data(), points[0].data());
@@ -154,7 +154,7 @@ TEST_F(MeshOnScreen, GivenNodes_WhenShown_ThenEachIsWhereItsCoordinatesAre) {
   const auto nodes_seen = [&] {
     const Picture picture = screen.shoot();
     return std::count_if(points.begin(), points.end(),
-                         [&](const Point& point) { return distance(pixel_at(picture, point), rgb(kBlack)) < 30; });
+                         [&](const Point& point) { return distance(pixel_at(picture, point), rgb(black)) < 30; });
   };
   EXPECT_EQ(nodes_seen(), 0);
   model.set_node_vis(true);

@@ -18,54 +18,54 @@ namespace {
 
 TEST_F(MeshOnScreen, GivenNothing_WhenDrawn_ThenThereIsOnlyBackground) {
   const Picture picture = screen.shoot();
-  EXPECT_EQ(picture.count(Screen::kBackground, 0), Screen::kWidth * Screen::kHeight);
-  EXPECT_FALSE(covers_a_unit(picture, kRed));
-  EXPECT_FALSE(picture.has_near({200, 150}, rgb(kBlack), 200));
+  EXPECT_EQ(picture.count(Screen::background, 0), Screen::window_width * Screen::window_height);
+  EXPECT_FALSE(covers_a_unit(picture, red));
+  EXPECT_FALSE(picture.has_near({200, 150}, rgb(black), 200));
   EXPECT_EQ(screen.depth_at({200, 150}), 1.0);
 }
 
 TEST_F(MeshOnScreen, GivenTwoViewsAndOneOpenedLater_WhenDrawn_ThenAllShowTheMesh) {
   Screen second;
   look_from_above(second);
-  add(1.0, 1.0, kRed);
-  EXPECT_TRUE(covers_a_unit(screen.shoot(), kRed));
-  EXPECT_TRUE(covers_a_unit(second.shoot(), kRed));
+  add(1.0, 1.0, red);
+  EXPECT_TRUE(covers_a_unit(screen.shoot(), red));
+  EXPECT_TRUE(covers_a_unit(second.shoot(), red));
   Screen later;
   look_from_above(later);
-  EXPECT_TRUE(covers_a_unit(later.shoot(), kRed));
-  const QuadOwner q = add(2.5, 1.0, kBlue);
+  EXPECT_TRUE(covers_a_unit(later.shoot(), red));
+  const QuadOwner q = add(2.5, 1.0, blue);
   for (Screen* each : {&screen, &second, &later})
-    EXPECT_TRUE(covers_a_unit(each->shoot(), kBlue));
+    EXPECT_TRUE(covers_a_unit(each->shoot(), blue));
   model.set_visibility(q.owner, false);
   for (Screen* each : {&screen, &second, &later}) {
     const Picture picture = each->shoot();
-    EXPECT_EQ(picture.count(rgb(kBlue)), 0);
-    EXPECT_TRUE(covers_a_unit(picture, kRed));
+    EXPECT_EQ(picture.count(rgb(blue)), 0);
+    EXPECT_TRUE(covers_a_unit(picture, red));
   }
 }
 
 TEST_F(MeshOnScreen, GivenTwoViews_WhenOneCloses_ThenTheOtherGoesOnShowingTheMesh) {
   {
     Screen second;
-    add(1.0, 1.0, kRed);
+    add(1.0, 1.0, red);
     second.shoot();
   }
-  add(2.5, 1.0, kBlue);
+  add(2.5, 1.0, blue);
   const Picture picture = screen.shoot();
-  EXPECT_TRUE(covers_a_unit(picture, kRed));
-  EXPECT_TRUE(covers_a_unit(picture, kBlue));
+  EXPECT_TRUE(covers_a_unit(picture, red));
+  EXPECT_TRUE(covers_a_unit(picture, blue));
 }
 
 TEST_F(MeshOnScreen, GivenAModel_WhenItIsDestroyedOrCleared_ThenItsMeshIsGoneFromTheView) {
   auto other = std::make_unique<GMeshModel>(&db);
   const QuadOwner q = add_quad_owner(db, 1.0, 1.0);
-  other->add_mesh(q.owner, q.mesh, kRed, 1.0f, false);
-  ASSERT_GT(screen.shoot().count(rgb(kRed)), 9000);
+  other->add_mesh(q.owner, q.mesh, red, 1.0f, false);
+  ASSERT_GT(screen.shoot().count(rgb(red)), 9000);
   other.reset();
   EXPECT_EQ(drawn_pixels(screen.shoot()), 0);
 
-  add(1.0, 1.0, kGreen);
-  ASSERT_TRUE(covers_a_unit(screen.shoot(), kGreen));
+  add(1.0, 1.0, green);
+  ASSERT_TRUE(covers_a_unit(screen.shoot(), green));
   model.clear();
   EXPECT_EQ(drawn_pixels(screen.shoot()), 0);
 }
@@ -73,40 +73,40 @@ TEST_F(MeshOnScreen, GivenAModel_WhenItIsDestroyedOrCleared_ThenItsMeshIsGoneFro
 // ------------------------------------------------------------------------------------------ visibility and colours
 
 TEST_F(MeshOnScreen, GivenOwnersInOneDataGroup_WhenOneIsHiddenAndShown_ThenOnlyItChanges) {
-  const QuadOwner red = add(0.2, 1.0, kRed);
-  add(1.4, 1.0, kGreen);
-  add(2.6, 1.0, kBlue);
+  const QuadOwner red_quad = add(0.2, 1.0, red);
+  add(1.4, 1.0, green);
+  add(2.6, 1.0, blue);
   const Picture all = screen.shoot();
-  for (TovanColor color : {kRed, kGreen, kBlue})
+  for (TovanColor color : {red, green, blue})
     ASSERT_TRUE(covers_a_unit(all, color));
-  model.set_visibility(red.owner, false);
+  model.set_visibility(red_quad.owner, false);
   const Picture hidden = screen.shoot();
-  EXPECT_EQ(hidden.count(rgb(kRed)), 0);
-  EXPECT_TRUE(covers_a_unit(hidden, kGreen));
-  EXPECT_TRUE(covers_a_unit(hidden, kBlue));
-  model.set_visibility(red.owner, true);
+  EXPECT_EQ(hidden.count(rgb(red)), 0);
+  EXPECT_TRUE(covers_a_unit(hidden, green));
+  EXPECT_TRUE(covers_a_unit(hidden, blue));
+  model.set_visibility(red_quad.owner, true);
   EXPECT_EQ(difference(screen.shoot(), all).mean, 0.0);
 }
 
 TEST_F(MeshOnScreen, GivenAShownOwner_WhenItsColorChanges_ThenItsPixelsDo) {
-  const QuadOwner q = add(1.0, 1.0, kRed);
-  add(2.5, 1.0, kBlue);
-  ASSERT_TRUE(covers_a_unit(screen.shoot(), kRed));
-  model.set_color(q.owner, kGreen);
+  const QuadOwner q = add(1.0, 1.0, red);
+  add(2.5, 1.0, blue);
+  ASSERT_TRUE(covers_a_unit(screen.shoot(), red));
+  model.set_color(q.owner, green);
   const Picture picture = screen.shoot();
-  EXPECT_EQ(picture.count(rgb(kRed)), 0);
-  EXPECT_TRUE(covers_a_unit(picture, kGreen));
-  EXPECT_TRUE(covers_a_unit(picture, kBlue));
+  EXPECT_EQ(picture.count(rgb(red)), 0);
+  EXPECT_TRUE(covers_a_unit(picture, green));
+  EXPECT_TRUE(covers_a_unit(picture, blue));
 }
 
 TEST_F(MeshOnScreen, GivenColorsPerElement_WhenDrawn_ThenEachElementHasItsOwn) {
   const Owner owner = db.add_owner("sheet", 2);
   const Block sheet = add_quads(db, owner, {3, 1}, {0.5, 1.0, 0.0});
   std::array<std::vector<TovanColor>, 10> colors;
-  colors[Tarn::Quad] = {kRed, kGreen, kBlue};
-  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kWhite, {}, colors, {}, 1.0f);
+  colors[Tarn::Quad] = {red, green, blue};
+  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), white, {}, colors, {}, 1.0f);
   const Picture picture = screen.shoot();
-  const TovanColor expected[] = {kRed, kGreen, kBlue};
+  const TovanColor expected[] = {red, green, blue};
   for (int i = 0; i < 3; ++i) {
     EXPECT_TRUE(covers_a_unit(picture, expected[i]));
     EXPECT_LE(distance(pixel_at(picture, {1.0 + i, 1.5, 0.0}), rgb(expected[i])), 8);
@@ -117,11 +117,11 @@ TEST_F(MeshOnScreen, GivenColorsPerNode_WhenDrawn_ThenTheyFlowIntoEachOther) {
   const Owner owner = db.add_owner("sheet", 2);
   const Block sheet = add_quads(db, owner, {1, 1}, {1.0, 1.0, 0.0});
   const std::map<Node, TovanColor> colors{
-      {sheet.nodes[0], kRed}, {sheet.nodes[2], kRed}, {sheet.nodes[1], kBlue}, {sheet.nodes[3], kBlue}};
-  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), kWhite, {}, {}, colors, 1.0f);
+      {sheet.nodes[0], red}, {sheet.nodes[2], red}, {sheet.nodes[1], blue}, {sheet.nodes[3], blue}};
+  model.add_mesh(owner, mesh_of(Tarn::Quad, sheet.elements), white, {}, {}, colors, 1.0f);
   const Picture picture = screen.shoot();
   for (double t : {0.1, 0.25, 0.5, 0.75, 0.9})
-    EXPECT_LE(distance(pixel_at(picture, {1.0 + t, 1.4, 0.0}), mix(rgb(kBlue), rgb(kRed), t)), 10) << t;
+    EXPECT_LE(distance(pixel_at(picture, {1.0 + t, 1.4, 0.0}), mix(rgb(blue), rgb(red), t)), 10) << t;
 }
 
 /// Two quadrilaterals that meet at a ridge along y under 20 degrees, looked at from the right.
@@ -137,7 +137,7 @@ protected:
     const Elem element = db.add_elements(Tarn::Quad, 4, 2, connectivity, nullptr, owner);
     mesh = mesh_of(Tarn::Quad, {element, {element.value + 1}});
     for (std::uint64_t i = 0; i < 6; ++i)
-      white[at(i)] = kWhite;
+      all_white[at(i)] = white;
     model.set_edge_vis(false);
     screen.look_at({0.0, 0.0, 0.0}, {std::sin(40.0 * M_PI / 180.0), 0.0, std::cos(40.0 * M_PI / 180.0)}, 2.5);
   }
@@ -161,11 +161,11 @@ protected:
 
   Owner owner;
   MeshVector mesh;
-  std::map<Node, TovanColor> white;
+  std::map<Node, TovanColor> all_white;
 };
 
 TEST_F(Ridge, GivenColorsPerNode_WhenLit_ThenShadingRunsSmoothlyAcrossTheRidge) {
-  model.add_mesh(owner, mesh, kRed, {}, {}, white, 1.0f);
+  model.add_mesh(owner, mesh, red, {}, {}, all_white, 1.0f);
   const auto values = brightness_across();
   ASSERT_GT(values.size(), 100u);
   EXPECT_GT(std::abs(values.back() - values.front()), 35) << "the two sides are lit differently";
@@ -173,7 +173,7 @@ TEST_F(Ridge, GivenColorsPerNode_WhenLit_ThenShadingRunsSmoothlyAcrossTheRidge) 
 }
 
 TEST_F(Ridge, GivenOneColor_WhenLit_ThenEachSideIsFlatAndTheRidgeIsAStep) {
-  model.add_mesh(owner, mesh, kWhite, 1.0f, false);
+  model.add_mesh(owner, mesh, white, 1.0f, false);
   const auto values = brightness_across();
   ASSERT_GT(values.size(), 100u);
   EXPECT_LE(std::abs(values[values.size() / 4] - values.front()), 2);
@@ -182,27 +182,27 @@ TEST_F(Ridge, GivenOneColor_WhenLit_ThenEachSideIsFlatAndTheRidgeIsAStep) {
 }
 
 TEST_F(MeshOnScreen, GivenForcedScalars_WhenALineColorIsSet_ThenOnlyTheirEdgesKeepTheirOwn) {
-  model.set_line_color(kNone);
+  model.set_line_color(none);
   model.set_line_width(6.0f);
   const QuadOwner forced = add_quad_owner(db, 0.5, 1.0);
   const QuadOwner plain = add_quad_owner(db, 2.5, 1.0);
-  model.add_mesh(forced.owner, forced.mesh, kRed, 1.0f, true);
-  model.add_mesh(plain.owner, plain.mesh, kRed, 1.0f, false);
+  model.add_mesh(forced.owner, forced.mesh, red, 1.0f, true);
+  model.add_mesh(plain.owner, plain.mesh, red, 1.0f, false);
   const auto edge_pixel = [&](double x) { return pixel_at(screen.shoot(), {x, 1.5, 0.0}); };
-  EXPECT_LE(distance(edge_pixel(0.5), rgb(kRed)), 4) << "no line colour: own colours";
-  EXPECT_LE(distance(edge_pixel(2.5), rgb(kRed)), 4);
-  model.set_line_color(kBlue);
-  EXPECT_LE(distance(edge_pixel(0.5), rgb(kRed)), 4);
-  EXPECT_LE(distance(edge_pixel(2.5), rgb(kBlue)), 4);
-  model.set_line_color(kNone);
-  EXPECT_LE(distance(edge_pixel(2.5), rgb(kRed)), 4);
+  EXPECT_LE(distance(edge_pixel(0.5), rgb(red)), 4) << "no line colour: own colours";
+  EXPECT_LE(distance(edge_pixel(2.5), rgb(red)), 4);
+  model.set_line_color(blue);
+  EXPECT_LE(distance(edge_pixel(0.5), rgb(red)), 4);
+  EXPECT_LE(distance(edge_pixel(2.5), rgb(blue)), 4);
+  model.set_line_color(none);
+  EXPECT_LE(distance(edge_pixel(2.5), rgb(red)), 4);
 }
 
 TEST_F(MeshOnScreen, GivenNormalDirectedLighting_WhenDrawn_ThenFrontBackAndCurvesHaveTheirOwnLooks) {
   GModel::mNormalDirectedLighting = true;
   model.set_line_width(6.0f);
   GModel::curve_normal_property()->SetLineWidth(6.0f);
-  add(1.0, 1.0, kGreen);
+  add(1.0, 1.0, green);
   const auto look = [&](double z) {
     screen.look_at({2.0, 1.5, 0.0}, {0.0, 0.0, z}, 3.0);
     const Picture picture = screen.shoot();

@@ -28,8 +28,8 @@ struct Blocks {
     screen.look_at({1.5, 1, 0.5}, {0.3, 0.2, 1}, 4.0);
   }
   void add_all(GMeshModel& model) {
-    model.add_mesh(solid, mesh_of(Tarn::Hex, hexes.elements), kRed, 1.0f, false);
-    model.add_mesh(sheet, mesh_of(Tarn::Quad, quads.elements), kBlue, 1.0f, true);
+    model.add_mesh(solid, mesh_of(Tarn::Hex, hexes.elements), red, 1.0f, false);
+    model.add_mesh(sheet, mesh_of(Tarn::Quad, quads.elements), blue, 1.0f, true);
   }
   /// What a model on the database itself shows.
   Picture expected(const std::function<void(GMeshModel&)>& change) {
@@ -51,7 +51,7 @@ struct Row {
   std::function<void(GMeshModel&)> look;
 };
 
-const Row kLooks[] = {
+const Row looks[] = {
     {"as added", [](GMeshModel&) {}},
     {"wire and nodes",
      [](GMeshModel& model) {
@@ -69,7 +69,7 @@ const Row kLooks[] = {
 
 TEST(ThrowingDatabase, GivenAnyCallOfAFrameThatThrows_WhenDrawnAgain_ThenThePictureIsWhole) {
   Blocks blocks;
-  for (const Row& row : kLooks) {
+  for (const Row& row : looks) {
     SCOPED_TRACE(row.name);
     const Picture expected = blocks.expected(row.look);
     std::size_t throwing = 0;
@@ -124,7 +124,7 @@ TEST(ThrowingDatabase, GivenLabels_WhenAddingThrowsHalfway_ThenNothingOfTheMeshS
   model.set_node_label_flag(OBUtil::LocalId);
   const MeshVector mesh = mesh_of(Tarn::Hex, blocks.hexes.elements);
   blocks.watched.throw_after(0);
-  EXPECT_THROW(model.add_mesh(blocks.solid, mesh, kRed, 1.0f, false), DatabaseError);
+  EXPECT_THROW(model.add_mesh(blocks.solid, mesh, red, 1.0f, false), DatabaseError);
   EXPECT_EQ(model.get_mesh(blocks.solid), nullptr);
   ASSERT_EQ(model.added.size(), 3u) << "surface, edges, nodes";
   EXPECT_EQ(model.removed, model.added_data());
@@ -135,7 +135,7 @@ TEST(ThrowingDatabase, GivenLabels_WhenAddingThrowsHalfway_ThenNothingOfTheMeshS
   EXPECT_TRUE(blocks.watched.calls().empty()) << "nobody is registered";
 
   model.forget_calls();
-  model.add_mesh(blocks.solid, mesh, kRed, 1.0f, false);
+  model.add_mesh(blocks.solid, mesh, red, 1.0f, false);
   EXPECT_EQ(model.added.size(), 4u) << "and the labels";
   EXPECT_NE(model.get_mesh(blocks.solid), nullptr);
 }

@@ -43,13 +43,13 @@ struct ThreeElements {
   Tarn::ElementType type;
 };
 
-constexpr Tarn::ElementType kTested[] = {Tarn::Edge, Tarn::Tri,   Tarn::Quad,   Tarn::Tet,
-                                         Tarn::Hex,  Tarn::Wedge, Tarn::Pyramid};
+constexpr Tarn::ElementType tested[] = {Tarn::Edge, Tarn::Tri,   Tarn::Quad,   Tarn::Tet,
+                                        Tarn::Hex,  Tarn::Wedge, Tarn::Pyramid};
 
 // ------------------------------------------------------------------------------------------ failing
 
 TEST(FailingDatabase, GivenALostElement_WhenPickedByRay_ThenItAloneIsSkipped) {
-  for (const Tarn::ElementType type : kTested) {
+  for (const Tarn::ElementType type : tested) {
     SCOPED_TRACE(type);
     const ThreeElements three(type);
     test_support::RecordingMeshData db(*three.mesh.database);
@@ -70,7 +70,7 @@ TEST(FailingDatabase, GivenALostNode_WhenPickedByRay_ThenItsElementIsNotHitAndTh
 }
 
 TEST(FailingDatabase, GivenAnOperationThatFails_WhenPickedByRay_ThenNothingIsHit) {
-  for (const Tarn::ElementType type : kTested)
+  for (const Tarn::ElementType type : tested)
     for (const char* operation : {"get_element_types", "get_element_connectivity", "get_node_coordinates"}) {
       SCOPED_TRACE(testing::Message() << operation << " of kind " << type);
       const ThreeElements three(type);

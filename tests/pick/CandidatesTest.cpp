@@ -14,9 +14,9 @@ using testing::SizeIs;
 
 namespace {
 
-const std::vector<std::string> kQuestions = {"Hex",    "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
-                                             "Face",   "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement",
-                                             "Element"};
+const std::vector<std::string> questions = {"Hex",    "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
+                                            "Face",   "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement",
+                                            "Element"};
 
 // One of each kind and two nodes besides. A pick is told from the calls that it makes: which stage looked at which
 // list.
@@ -114,12 +114,12 @@ std::vector<std::string> joined(std::initializer_list<std::vector<std::string>> 
 
 TEST_P(Candidates, GivenNoFilterUsed_WhenPicked_ThenEveryKindIsLookedAtAndEveryQuestionAskedOnce) {
   EXPECT_THAT(stages(false), ElementsAreArray(joined({node_stages(), edge_stages(), entity_stages()})));
-  EXPECT_EQ(system_.questions, kQuestions) << "asked all the same";
+  EXPECT_EQ(system_.questions, questions) << "asked all the same";
 }
 
 TEST_P(Candidates, GivenAFilterThatAdmitsNothing_WhenPicked_ThenNothingIsLookedAt) {
   EXPECT_THAT(stages(true), IsEmpty());
-  EXPECT_EQ(system_.questions, kQuestions);
+  EXPECT_EQ(system_.questions, questions);
 }
 
 TEST_P(Candidates, GivenElementAlone_WhenPicked_ThenEveryKindIsLookedAt) {

@@ -130,9 +130,9 @@ TEST(PickedRecords, GivenTheClasses_WhenUsed_ThenOnlyNewMakesThem) {
 
 // ------------------------------------------------------------------------------------------ registering
 
-const std::vector<std::string> kNames = {"Hex",    "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
-                                         "Face",   "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement",
-                                         "Element"};
+const std::vector<std::string> kind_names = {"Hex",    "Tet", "Pyramid", "Wedge", "Knife",           "Superelement",
+                                             "Face",   "Tri", "Edge",    "Node",  "ThreeDimElement", "TwoDimElement",
+                                             "Element"};
 
 TEST(PickerNames, GivenTheConstants_WhenRead_ThenTheyAreTheFiltersNames) {
   const std::vector<std::string> constants = {
@@ -140,7 +140,7 @@ TEST(PickerNames, GivenTheConstants_WhenRead_ThenTheyAreTheFiltersNames) {
       GMeshPicker::gKnifeType,  GMeshPicker::gSuperElemType, GMeshPicker::gQuadType,      GMeshPicker::gTriType,
       GMeshPicker::gEdgeType,   GMeshPicker::gNodeType,      GMeshPicker::g3dElementType, GMeshPicker::g2dElementType,
       GMeshPicker::gElementType};
-  EXPECT_EQ(constants, kNames);
+  EXPECT_EQ(constants, kind_names);
 }
 
 std::vector<std::string> names_of(const std::vector<std::pair<std::string, GPicker*>>& entries, GPicker* picker) {
@@ -160,10 +160,10 @@ TEST(PickerRegistration, GivenAPicker_WhenItLives_ThenItIsRegisteredUnderAllName
     {
       GMeshPicker picker;
       address = &picker;
-      EXPECT_EQ(names_of(system.registered, address), kNames);
+      EXPECT_EQ(names_of(system.registered, address), kind_names);
       EXPECT_THAT(system.unregistered, IsEmpty());
     }
-    EXPECT_EQ(names_of(system.unregistered, address), kNames);
+    EXPECT_EQ(names_of(system.unregistered, address), kind_names);
     EXPECT_THAT(system.registered, SizeIs(13));
   }
 }

@@ -16,16 +16,16 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr double kClose = 1e-9;
-const Ray kUntouched = {1, 2, 3, 4, 5, 6};
+constexpr double close = 1e-9;
+const Ray untouched = {1, 2, 3, 4, 5, 6};
 
 Ray ray_at(vtkRenderer* renderer, float x, float y) {
-  Ray ray = kUntouched;
+  Ray ray = untouched;
   GMeshPicker::compute_pick_ray(renderer, x, y, ray.data());
   return ray;
 }
 
-void expect_ray(const Ray& ray, const Ray& expected, double slack = kClose) {
+void expect_ray(const Ray& ray, const Ray& expected, double slack = close) {
   for (std::size_t i = 0; i < 6; ++i)
     EXPECT_NEAR(ray[i], expected[i], slack) << "value " << i;
 }
@@ -88,9 +88,9 @@ TEST(PickRay, GivenADegenerateView_WhenComputed_ThenTheRayIsLeftAsItWas) {
   renderer->world = {6, 4, 0, 2};
   expect_ray(ray_at(renderer, 1, 1), {3, 2, 5, 3, 2, -5});
   renderer->world = {6, 4, 0, 0};
-  EXPECT_EQ(ray_at(renderer, 1, 1), kUntouched) << "a point at infinity";
+  EXPECT_EQ(ray_at(renderer, 1, 1), untouched) << "a point at infinity";
   renderer->world = {7, 1, 10, 1};
-  EXPECT_EQ(ray_at(renderer, 1, 1), kUntouched) << "beside the eye, at right angles to the view";
+  EXPECT_EQ(ray_at(renderer, 1, 1), untouched) << "beside the eye, at right angles to the view";
 }
 
 // ------------------------------------------------------------------------------------------ tolerance
@@ -106,23 +106,23 @@ TEST(PickTolerance, GivenViews_WhenComputed_ThenItIsHalfTheDiagonalsFractionAtTh
   ASSERT_EQ(fraction, 0.005);
   PlanView view;
   const double pixels = 0.0025 * std::sqrt(300.0 * 300 + 200 * 200);
-  EXPECT_NEAR(tolerance_of(view.renderer()), pixels / 50, kClose);
+  EXPECT_NEAR(tolerance_of(view.renderer()), pixels / 50, close);
   MultiCellPicker::SetPickToleranceByWindowDiagonal(0.1);
-  EXPECT_NEAR(tolerance_of(view.renderer()), 20 * pixels / 50, kClose);
+  EXPECT_NEAR(tolerance_of(view.renderer()), 20 * pixels / 50, close);
   MultiCellPicker::SetPickToleranceByWindowDiagonal(0);
   EXPECT_EQ(tolerance_of(view.renderer()), 0);
   MultiCellPicker::SetPickToleranceByWindowDiagonal(fraction);
 
   view.renderer()->SetViewport(0.5, 0, 1, 1); // 150 by 200
-  EXPECT_NEAR(tolerance_of(view.renderer()), 0.0025 * 250 / 50, kClose) << "of the renderer's own size";
+  EXPECT_NEAR(tolerance_of(view.renderer()), 0.0025 * 250 / 50, close) << "of the renderer's own size";
   view.renderer()->SetViewport(0, 0, 1, 1);
 
   vtkCamera* camera = view.renderer()->GetActiveCamera();
   camera->ParallelProjectionOff();
   camera->SetViewAngle(90);
-  EXPECT_NEAR(tolerance_of(view.renderer()), pixels / 10, kClose);
+  EXPECT_NEAR(tolerance_of(view.renderer()), pixels / 10, close);
   camera->SetFocalPoint(3, 2, 5); // half as far
-  EXPECT_NEAR(tolerance_of(view.renderer()), pixels / 20, kClose);
+  EXPECT_NEAR(tolerance_of(view.renderer()), pixels / 20, close);
 }
 
 TEST(PickTolerance, GivenPointsAtDifferentDepths_WhenComputed_ThenEachIsDividedByItsOwnFourthCoordinate) {
@@ -187,7 +187,7 @@ TEST_P(PoorCameras, GivenACamera_WhenPicked_ThenNothingBreaks) {
   MultiCellPicker::mSelectVisibleOnly = false;
 }
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
 INSTANTIATE_TEST_SUITE_P(
     All, PoorCameras,
@@ -215,7 +215,8 @@ INSTANTIATE_TEST_SUITE_P(
                Camera::Misses},
         Camera{"eye_at_the_focal_point",
                [](PlanView&, vtkCamera* camera) { camera->SetPosition(camera->GetFocalPoint()); }, Camera::Either},
-        Camera{"nowhere", [](PlanView&, vtkCamera* camera) { camera->SetPosition(kNaN, 0, 0); }, Camera::Misses},
+        Camera{"nowhere", [](PlanView&, vtkCamera* camera) { camera->SetPosition(not_a_number, 0, 0); },
+               Camera::Misses},
         Camera{"no_scale", [](PlanView&, vtkCamera* camera) { camera->SetParallelScale(0); }, Camera::Misses},
         Camera{"window_of_no_size", [](PlanView& view, vtkCamera*) { view.window()->SetSize(0, 0); }, Camera::Either},
         Camera{"window_of_no_height", [](PlanView& view, vtkCamera*) { view.window()->SetSize(300, 0); },

@@ -155,16 +155,16 @@ TEST_P(RayCalls, GivenAnElement_WhenPicked_ThenTheDatabaseIsAskedInThisOrder) {
               ElementsAreArray(values_of(Nodes(mesh.nodes.begin(), mesh.nodes.begin() + long(row.coordinates)))));
 }
 
-const std::vector<std::string> kSolidCalls = {"get_element_type", "get_element_node_count", "get_element_connectivity"};
+const std::vector<std::string> solid_calls = {"get_element_type", "get_element_node_count", "get_element_connectivity"};
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, RayCalls,
     testing::Values(
         CallsRow{Tarn::OneNode, 1, {}, 0, {}}, CallsRow{Tarn::Edge, 3, {"get_element_connectivity"}, 2, {2}},
         CallsRow{Tarn::Tri, 7, {"get_element_connectivity"}, 3, {3}},
-        CallsRow{Tarn::Quad, 9, {"get_element_connectivity"}, 4, {4}}, CallsRow{Tarn::Tet, 10, kSolidCalls, 10, {10}},
-        CallsRow{Tarn::Hex, 8, kSolidCalls, 8, {8}}, CallsRow{Tarn::Hex, 27, kSolidCalls, 27, {27}},
-        CallsRow{Tarn::Wedge, 15, kSolidCalls, 15, {15}}, CallsRow{Tarn::Pyramid, 14, kSolidCalls, 14, {14}},
+        CallsRow{Tarn::Quad, 9, {"get_element_connectivity"}, 4, {4}}, CallsRow{Tarn::Tet, 10, solid_calls, 10, {10}},
+        CallsRow{Tarn::Hex, 8, solid_calls, 8, {8}}, CallsRow{Tarn::Hex, 27, solid_calls, 27, {27}},
+        CallsRow{Tarn::Wedge, 15, solid_calls, 15, {15}}, CallsRow{Tarn::Pyramid, 14, solid_calls, 14, {14}},
         CallsRow{
             Tarn::Superelement, 5, {"get_element_node_count", "get_element_vertices", "get_coordinate_arrays"}, 0, {}}),
     [](const auto& row) {

@@ -17,12 +17,12 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr double kClose = 1e-12;
+constexpr double close = 1e-12;
 
 void expect_point(const double* point, double x, double y, double z) {
-  EXPECT_NEAR(point[0], x, kClose);
-  EXPECT_NEAR(point[1], y, kClose);
-  EXPECT_NEAR(point[2], z, kClose);
+  EXPECT_NEAR(point[0], x, close);
+  EXPECT_NEAR(point[1], y, close);
+  EXPECT_NEAR(point[2], z, close);
 }
 
 // ------------------------------------------------------------------------------------------ every kind

@@ -16,8 +16,8 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr double kTolerance = 0.5;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double tolerance = 0.5;
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
 struct NodeAt {
   const char* name;
@@ -34,7 +34,7 @@ TEST_P(RayNodes, GivenANodeNearTheRay_WhenPicked_ThenEachAxisDecidesByItself) {
   test_support::NamedMesh mesh;
   const Node node = mesh.add_node(at.x, at.y, at.z);
   PickInterface picker(mesh.database.get());
-  picker.setTolerance(kTolerance);
+  picker.setTolerance(tolerance);
   Ray ray{0, 0, 0, 8, 0, 0};
   NodeHits hits;
   EXPECT_TRUE(picker.pickEntities(Nodes{node}, ray.data(), hits));
@@ -47,19 +47,22 @@ TEST_P(RayNodes, GivenANodeNearTheRay_WhenPicked_ThenEachAxisDecidesByItself) {
 
 INSTANTIATE_TEST_SUITE_P(
     Places, RayNodes,
-    testing::Values(
-        NodeAt{"on_it", 3, 0, 0, true, true}, NodeAt{"at_its_begin", 0, 0, 0, true, true},
-        NodeAt{"at_its_end", 8, 0, 0, true, true}, NodeAt{"just_before", -0.001, 0, 0, false, false},
-        NodeAt{"just_beyond", 8.001, 0, 0, false, false}, NodeAt{"at_the_tolerance_in_y", 3, 0.5, 0, true, false},
-        NodeAt{"at_the_tolerance_below", 3, -0.5, 0, true, false},
-        NodeAt{"at_the_tolerance_in_z", 3, 0, 0.5, true, false}, NodeAt{"beyond_it_in_y", 3, 0.501, 0, false, false},
-        NodeAt{"beyond_it_in_z", 3, 0, -0.501, false, false},
-        NodeAt{"far_but_not_on_one_axis", 3, 0.45, 0.45, true, false},
-        NodeAt{"exact_to_a_tenth", 3, 0.05, -0.05, true, true},
-        NodeAt{"no_longer_exact_in_y", 3, 0.0501, 0, true, false},
-        NodeAt{"no_longer_exact_in_z", 3, 0, 0.0501, true, false}, NodeAt{"nowhere_in_x", kNaN, 0, 0, false, false},
-        NodeAt{"nowhere_in_y", 3, kNaN, 0, false, false}, NodeAt{"nowhere_in_z", 3, 0, kNaN, false, false},
-        NodeAt{"infinitely_far", std::numeric_limits<double>::infinity(), 0, 0, false, false}),
+    testing::Values(NodeAt{"on_it", 3, 0, 0, true, true}, NodeAt{"at_its_begin", 0, 0, 0, true, true},
+                    NodeAt{"at_its_end", 8, 0, 0, true, true}, NodeAt{"just_before", -0.001, 0, 0, false, false},
+                    NodeAt{"just_beyond", 8.001, 0, 0, false, false},
+                    NodeAt{"at_the_tolerance_in_y", 3, 0.5, 0, true, false},
+                    NodeAt{"at_the_tolerance_below", 3, -0.5, 0, true, false},
+                    NodeAt{"at_the_tolerance_in_z", 3, 0, 0.5, true, false},
+                    NodeAt{"beyond_it_in_y", 3, 0.501, 0, false, false},
+                    NodeAt{"beyond_it_in_z", 3, 0, -0.501, false, false},
+                    NodeAt{"far_but_not_on_one_axis", 3, 0.45, 0.45, true, false},
+                    NodeAt{"exact_to_a_tenth", 3, 0.05, -0.05, true, true},
+                    NodeAt{"no_longer_exact_in_y", 3, 0.0501, 0, true, false},
+                    NodeAt{"no_longer_exact_in_z", 3, 0, 0.0501, true, false},
+                    NodeAt{"nowhere_in_x", not_a_number, 0, 0, false, false},
+                    NodeAt{"nowhere_in_y", 3, not_a_number, 0, false, false},
+                    NodeAt{"nowhere_in_z", 3, 0, not_a_number, false, false},
+                    NodeAt{"infinitely_far", std::numeric_limits<double>::infinity(), 0, 0, false, false}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // Seen along a diagonal, so that the nearest point of the ray differs from the node in all three coordinates.
@@ -80,7 +83,7 @@ TEST(RayNodesAskew, GivenADiagonalRay_WhenOneAxisExceeds_ThenTheNodeIsRejected) 
     test_support::NamedMesh mesh;
     const Node node = mesh.add_node(2 + row.off[0], 2 + row.off[1], 2 + row.off[2]);
     PickInterface picker(mesh.database.get());
-    picker.setTolerance(kTolerance);
+    picker.setTolerance(tolerance);
     Ray ray{0, 0, 0, 4, 4, 4};
     NodeHits hits;
     picker.pickEntities(Nodes{node}, ray.data(), hits);
@@ -148,7 +151,7 @@ TEST(RayNodesLists, GivenARayThatIsNoNumber_WhenPicked_ThenNothingIsHit) {
   picker.setTolerance(1);
   for (int i = 0; i < 6; ++i) {
     Ray ray{0, 0, 0, 4, 0, 0};
-    ray[std::size_t(i)] = kNaN;
+    ray[std::size_t(i)] = not_a_number;
     NodeHits hits;
     EXPECT_TRUE(picker.pickEntities(mesh.nodes, ray.data(), hits));
     EXPECT_THAT(hits, IsEmpty());

@@ -17,7 +17,7 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
 PickRectangle rectangle(double x0, double y0, double x1, double y1) {
   const double from[2] = {x0, y0};
@@ -94,7 +94,7 @@ TEST(RegionNodes, GivenAnUnknownNodeAfterKnownOnes_WhenPicked_ThenItIsNotWhereAn
   test_support::NamedMesh mesh;
   Nodes nodes(1024, mesh.add_node(1, 1, 0));
   nodes.push_back({}); // first of the second chunk
-  nodes.push_back(mesh.add_node(kNaN, 1, 0));
+  nodes.push_back(mesh.add_node(not_a_number, 1, 0));
   FlatPicker picker(mesh.database.get());
   PickRectangle all = rectangle(-1e9, -1e9, 1e9, 1e9);
   Nodes picked;

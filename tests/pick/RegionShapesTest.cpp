@@ -75,12 +75,12 @@ TEST_P(EvaluateEntity, GivenARegionThatOneShapeTouches_WhenEvaluated_ThenItIsThe
 }
 
 using Shapes = std::vector<std::vector<int>>;
-const Shapes kTet = {{0, 1, 3}, {1, 2, 3}, {2, 0, 3}, {0, 2, 1}};
+const Shapes tet = {{0, 1, 3}, {1, 2, 3}, {2, 0, 3}, {0, 2, 1}};
 // Each quadrilateral as two triangles: its corners 0, 1, 2 and 0, 2, 3.
-const Shapes kHex = {{0, 4, 7}, {0, 7, 3}, {1, 2, 6}, {1, 6, 5}, {0, 1, 5}, {0, 5, 4},
-                     {3, 7, 6}, {3, 6, 2}, {0, 3, 2}, {0, 2, 1}, {4, 5, 6}, {4, 6, 7}};
-const Shapes kWedge = {{0, 1, 2}, {3, 5, 4}, {0, 3, 4}, {0, 4, 1}, {1, 4, 5}, {1, 5, 2}, {2, 5, 3}, {2, 3, 0}};
-const Shapes kPyramid = {{0, 3, 2}, {0, 2, 1}, {0, 1, 4}, {1, 2, 4}, {2, 3, 4}, {3, 0, 4}};
+const Shapes hex = {{0, 4, 7}, {0, 7, 3}, {1, 2, 6}, {1, 6, 5}, {0, 1, 5}, {0, 5, 4},
+                    {3, 7, 6}, {3, 6, 2}, {0, 3, 2}, {0, 2, 1}, {4, 5, 6}, {4, 6, 7}};
+const Shapes wedge = {{0, 1, 2}, {3, 5, 4}, {0, 3, 4}, {0, 4, 1}, {1, 4, 5}, {1, 5, 2}, {2, 5, 3}, {2, 3, 0}};
+const Shapes pyramid = {{0, 3, 2}, {0, 2, 1}, {0, 1, 4}, {1, 2, 4}, {2, 3, 4}, {3, 0, 4}};
 
 INSTANTIATE_TEST_SUITE_P(Kinds, EvaluateEntity,
                          testing::Values(Row{"edge", Tarn::Edge, 2, "segment", {{0, 1}}},
@@ -89,11 +89,11 @@ INSTANTIATE_TEST_SUITE_P(Kinds, EvaluateEntity,
                                          Row{"quadratic_tri", Tarn::Tri, 6, "triangle", {{0, 1, 2}}},
                                          Row{"quad", Tarn::Quad, 4, "triangle", {{0, 1, 2}, {0, 2, 3}}},
                                          Row{"quadratic_quad", Tarn::Quad, 8, "triangle", {{0, 1, 2}, {0, 2, 3}}},
-                                         Row{"tet", Tarn::Tet, 4, "triangle", kTet},
-                                         Row{"quadratic_tet", Tarn::Tet, 8, "triangle", kTet},
-                                         Row{"hex", Tarn::Hex, 8, "triangle", kHex},
-                                         Row{"wedge", Tarn::Wedge, 6, "triangle", kWedge},
-                                         Row{"pyramid", Tarn::Pyramid, 5, "triangle", kPyramid},
+                                         Row{"tet", Tarn::Tet, 4, "triangle", tet},
+                                         Row{"quadratic_tet", Tarn::Tet, 8, "triangle", tet},
+                                         Row{"hex", Tarn::Hex, 8, "triangle", hex},
+                                         Row{"wedge", Tarn::Wedge, 6, "triangle", wedge},
+                                         Row{"pyramid", Tarn::Pyramid, 5, "triangle", pyramid},
                                          Row{"superelement", Tarn::Superelement, 5, "", {}}),
                          [](const auto& row) { return std::string(row.param.name); });
 

@@ -24,8 +24,8 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr int kWidth = 40;
-constexpr int kHeight = 20;
+constexpr int window_width = 40;
+constexpr int window_height = 20;
 
 // A window whose depth buffer is told, pixel by pixel, and that writes down what was read of it.
 class ScriptedWindow : public vtkXOpenGLRenderWindow {
@@ -56,12 +56,12 @@ class VisibleOnly : public testing::Test {
 protected:
   VisibleOnly() {
     window_->SetOffScreenRendering(1);
-    window_->SetSize(kWidth, kHeight);
+    window_->SetSize(window_width, window_height);
     window_->AddRenderer(renderer_);
   }
 
   Node node_at(double px, double py, double z = 0.5) {
-    return mesh_.add_node(2 * px / kWidth - 1, 2 * py / kHeight - 1, z);
+    return mesh_.add_node(2 * px / window_width - 1, 2 * py / window_height - 1, z);
   }
 
   void report(Tarn::MeshData& db, const Nodes& nodes, const Elems& elements) {
@@ -85,7 +85,7 @@ protected:
 TEST_F(VisibleOnly, GivenHits_WhenReported_ThenTheWholeBufferIsReadOnceBothCornersIncluded) {
   shown({node_at(5, 5), node_at(6, 6)});
   ASSERT_THAT(window_->read, SizeIs(1));
-  EXPECT_THAT(window_->read[0], ElementsAre(0, 0, kWidth, kHeight));
+  EXPECT_THAT(window_->read[0], ElementsAre(0, 0, window_width, window_height));
 }
 
 TEST_F(VisibleOnly, GivenHits_WhenReported_ThenEachIsLookedUpAndReportedBeforeTheNext) {
@@ -107,7 +107,7 @@ TEST_F(VisibleOnly, GivenOneHiddenPixel_WhenNodesLieAround_ThenOnlyThoseOnItAreH
     for (const auto& [dx, dy] : std::vector<std::pair<int, int>>{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}) {
       const int x = px + dx;
       const int y = py + dy;
-      const bool in_window = x >= 0 && x < kWidth && y >= 0 && y < kHeight;
+      const bool in_window = x >= 0 && x < window_width && y >= 0 && y < window_height;
       EXPECT_EQ(shows(node_at(x, y)), in_window) << x << ' ' << y;
     }
   }
@@ -175,7 +175,7 @@ TEST_F(VisibleOnly, GivenNodesThatTheDatabaseDoesNotKnow_WhenReported_ThenTheyAr
 }
 
 TEST_F(VisibleOnly, GivenABufferThatIsTooShort_WhenRead_ThenTheRestHidesWhatLiesThere) {
-  window_->most = 3 * (kWidth + 1) + 10; // three rows and ten pixels
+  window_->most = 3 * (window_width + 1) + 10; // three rows and ten pixels
   const Node seen = node_at(9, 3);
   EXPECT_THAT(shown({seen, node_at(10, 3), node_at(5, 15)}), ElementsAre(seen.value));
   window_->most = 0;

@@ -74,8 +74,8 @@ private:
       std::vector<double> values;
       for (int i = 0; i < nodes; ++i)
         values.push_back(i + 0.25 * axis);
-      static constexpr const char* Names[] = {"CoordinateX", "CoordinateY", "CoordinateZ"};
-      cg_coord_write(file_, base_, zone, CGNS_ENUMV(RealDouble), Names[axis], values.data(), &index);
+      static constexpr const char* names[] = {"CoordinateX", "CoordinateY", "CoordinateZ"};
+      cg_coord_write(file_, base_, zone, CGNS_ENUMV(RealDouble), names[axis], values.data(), &index);
     }
   }
 

@@ -17,9 +17,9 @@ using readers::MeshDraft;
 using readers::read_guarded;
 using readers::Refusal;
 
-constexpr Limits Small{std::uint64_t{512} << 20, 2};
+constexpr Limits small{std::uint64_t{512} << 20, 2};
 
-std::string refusal_of(const std::function<MeshDraft()>& parse, const Limits& limits = Small) {
+std::string refusal_of(const std::function<MeshDraft()>& parse, const Limits& limits = small) {
   try {
     read_guarded(parse, limits);
   } catch (const Refusal& refusal) {
@@ -51,7 +51,7 @@ MeshDraft small_draft() {
 }
 
 TEST(GuardedRead, GivenAParserThatSucceeds_WhenGuarded_ThenItsDraftComesOverWhole) {
-  const MeshDraft draft = read_guarded(small_draft, Small);
+  const MeshDraft draft = read_guarded(small_draft, small);
 
   const MeshDraft expected = small_draft();
   EXPECT_EQ(draft.xyz, expected.xyz);
@@ -122,7 +122,7 @@ TEST(GuardedRead, GivenAParserThatPrints_WhenGuarded_ThenNothingIsSeen) {
         std::cout << "noise" << std::endl;
         return small_draft();
       },
-      Small);
+      small);
 
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");

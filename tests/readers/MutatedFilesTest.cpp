@@ -20,11 +20,11 @@ using namespace reader_tests;
 
 // For each file. To fork a sanitized process takes a tenth of a second.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int Rounds = 12;
+constexpr int rounds = 12;
 #else
-constexpr int Rounds = 60;
+constexpr int rounds = 60;
 #endif
-constexpr unsigned Seed = 20240611;
+constexpr unsigned seed = 20240611;
 
 // Cuts a file short, flips bits, overwrites, rewrites digits, deletes or repeats pieces; half of it near the head,
 // where the counts are.
@@ -136,7 +136,7 @@ std::string judge(const std::string& path, bool& opened) {
 }
 
 TEST(MutatedFiles, GivenDamagedFilesOfEveryFormat_WhenReading_ThenALineOrASoundMesh) {
-  std::mt19937_64 random(Seed);
+  std::mt19937_64 random(seed);
   const std::vector<std::string> paths = seeds();
   ASSERT_EQ(paths.size(), 14u);
   for (const std::string& path : paths) {
@@ -146,7 +146,7 @@ TEST(MutatedFiles, GivenDamagedFilesOfEveryFormat_WhenReading_ThenALineOrASoundM
     ASSERT_EQ(judge(path, opened), "") << path;
     ASSERT_TRUE(opened) << path;
     int refused = 0;
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
       const std::string damaged = mutate(bytes, random);
       const std::string damaged_path =
           write_file("damaged" + std::filesystem::path(path).extension().string(), damaged);

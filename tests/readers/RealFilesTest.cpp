@@ -103,8 +103,8 @@ std::vector<FileRow> real_files() {
 }
 
 std::array<double, 6> bounds_of_used_nodes(MeshDatabase& database) {
-  constexpr double Far = std::numeric_limits<double>::max();
-  std::array<double, 6> bounds{Far, -Far, Far, -Far, Far, -Far};
+  constexpr double far = std::numeric_limits<double>::max();
+  std::array<double, 6> bounds{far, -far, far, -far, far, -far};
   for (std::uint32_t type = 1; type < 10; ++type)
     for (const auto element : database.elements(static_cast<ElementType>(type))) {
       std::uint64_t count = 0;

@@ -27,11 +27,11 @@ std::string binary_stl(const std::string& head, const std::vector<Triangle>& tri
 }
 
 // Two triangles on one edge, the third without area; -0 and 0 are one coordinate.
-const std::vector<Triangle> ThreeTriangles = {
+const std::vector<Triangle> three_triangles = {
     {0, 0, 0, 1, 0, 0, 0, 1, 0}, {1, 0, 0, 1, 1, 0, 0, 1, -0.0f}, {0, 0, 0, 0, 0, 0, 1, 0, 0}};
 
 TEST(SurfaceFiles, GivenBinaryStl_WhenReading_ThenEqualCornersAreOneNodeAndDegenerateTrianglesStay) {
-  const ReadMesh read(write_file("three.stl", binary_stl("made by hand", ThreeTriangles)));
+  const ReadMesh read(write_file("three.stl", binary_stl("made by hand", three_triangles)));
   ASSERT_EQ(read.report.error, "");
   EXPECT_EQ(read.report.nodes, 4u);
   EXPECT_THAT(read.report.elements, ElementsAreArray(counts({{Tri, 3}})));
@@ -43,7 +43,7 @@ TEST(SurfaceFiles, GivenBinaryStl_WhenReading_ThenEqualCornersAreOneNodeAndDegen
 }
 
 TEST(SurfaceFiles, GivenBinaryStlThatBeginsAsText_WhenReading_ThenItIsReadAsBinary) {
-  const ReadMesh read(write_file("solid.stl", binary_stl("solid by name", ThreeTriangles)));
+  const ReadMesh read(write_file("solid.stl", binary_stl("solid by name", three_triangles)));
   EXPECT_EQ(read.report.error, "");
   EXPECT_THAT(read.report.elements, ElementsAreArray(counts({{Tri, 3}})));
 }

@@ -75,7 +75,7 @@ struct CellRow {
   std::vector<std::vector<int>> elements; ///< connectivity of each; empty: 0, 1, 2 ...
 };
 
-const CellRow DrawnCells[] = {
+const CellRow drawn_cells[] = {
     {"vertex", VTK_VERTEX, 1, OneNode, {}},
     {"line", VTK_LINE, 2, Edge, {}},
     {"triangle", VTK_TRIANGLE, 3, Tri, {}},
@@ -125,7 +125,7 @@ void expect_elements(const ReadMesh& read, const CellRow& row) {
 }
 
 TEST(VtkFiles, GivenOneCellOfAType_WhenReadFromXml_ThenItIsTheElementInCanonicalOrder) {
-  for (const CellRow& row : DrawnCells) {
+  for (const CellRow& row : drawn_cells) {
     SCOPED_TRACE(row.name);
     const auto grid = one_cell(row.vtk_type, row.points);
     expect_elements(ReadMesh(write_vtu("cell.vtu", grid.Get())), row);
@@ -133,7 +133,7 @@ TEST(VtkFiles, GivenOneCellOfAType_WhenReadFromXml_ThenItIsTheElementInCanonical
 }
 
 TEST(VtkFiles, GivenOneCellOfAType_WhenReadFromLegacy_ThenItIsTheElementInCanonicalOrder) {
-  for (const CellRow& row : DrawnCells)
+  for (const CellRow& row : drawn_cells)
     for (const int version : {42, 51})
       for (const int file_type : {VTK_ASCII, VTK_BINARY}) {
         SCOPED_TRACE(row.name);

@@ -16,7 +16,7 @@ public:
 
   /// Room for `capacity` edges between points 0 to `points` - 1.
   EdgeTable(Id points, Id capacity) : neighbours_(new Neighbours[static_cast<std::size_t>(points)]) {
-    std::fill_n(neighbours_.get(), points, Neighbours{{kNone, kNone, kNone}, kNone});
+    std::fill_n(neighbours_.get(), points, Neighbours{{none, none, none}, none});
     resize(capacity);
   }
 
@@ -31,7 +31,7 @@ public:
     const Id larger = std::max(a, b);
     for (Id& place : neighbours.first) {
       if (place == larger) return;
-      if (place == kNone) {
+      if (place == none) {
         place = larger;
         append(a, b);
         return;
@@ -51,7 +51,7 @@ public:
   }
 
 private:
-  static constexpr Id kNone = -1;
+  static constexpr Id none = -1;
 
   /// The larger ends of the edges at a point, in order of adding: the first three, then a chain in `links_`.
   struct Neighbours {
@@ -78,7 +78,7 @@ private:
   }
 
   bool add_to_chain(Neighbours& neighbours, Id larger) {
-    for (Id link = neighbours.chain; link != kNone; link = links_[static_cast<std::size_t>(link)].next)
+    for (Id link = neighbours.chain; link != none; link = links_[static_cast<std::size_t>(link)].next)
       if (links_[static_cast<std::size_t>(link)].neighbour == larger) return false;
     links_.push_back({larger, neighbours.chain});
     neighbours.chain = static_cast<Id>(links_.size()) - 1;

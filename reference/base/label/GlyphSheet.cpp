@@ -13,15 +13,15 @@
 
 namespace {
 
-constexpr std::size_t kDigits = 3;
-constexpr std::size_t kNumbers = 10 + 100 + 1000;
-constexpr double kRimOpacity = 0.85;
-constexpr std::size_t kMostCoverage = std::size_t{64} << 20;
-constexpr std::size_t kMostTints = 64;
+constexpr std::size_t most_digits = 3;
+constexpr std::size_t number_count = 10 + 100 + 1000;
+constexpr double rim_opacity = 0.85;
+constexpr std::size_t most_coverage = std::size_t{64} << 20;
+constexpr std::size_t most_tints = 64;
 // Where black and white contrast with a text alike: texts darker than that would drown in a black rim.
-constexpr int kDark = 117;
+constexpr int dark = 117;
 
-bool is_dark(TovanColor color) { return (299 * color.r + 587 * color.g + 114 * color.b) / 1000 < kDark; }
+bool is_dark(TovanColor color) { return (299 * color.r + 587 * color.g + 114 * color.b) / 1000 < dark; }
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
@@ -106,7 +106,7 @@ GlyphSheet::GlyphSheet(vtkTextProperty* style, int dpi) : dpi_(dpi) {
 GlyphSheet::~GlyphSheet() = default;
 
 bool GlyphSheet::serves(vtkTextProperty* style, int dpi) const {
-  return coverage_.size() < kMostCoverage && dpi == dpi_ && is_same_font(style, style_);
+  return coverage_.size() < most_coverage && dpi == dpi_ && is_same_font(style, style_);
 }
 
 GlyphSheet::Size GlyphSheet::lay_out(std::string_view text, std::vector<std::uint32_t>& pieces) {
@@ -119,7 +119,7 @@ GlyphSheet::Size GlyphSheet::lay_out(std::string_view text, std::vector<std::uin
       text.remove_prefix(1);
     }
     // The first piece takes what the others leave over.
-    for (std::size_t length = (text.size() - 1) % kDigits + 1; !text.empty(); length = kDigits) {
+    for (std::size_t length = (text.size() - 1) % most_digits + 1; !text.empty(); length = most_digits) {
       pieces.push_back(numbers_[number_place(text.substr(0, length))]);
       text.remove_prefix(length);
     }
@@ -136,8 +136,8 @@ GlyphSheet::Size GlyphSheet::lay_out(std::string_view text, std::vector<std::uin
 }
 
 void GlyphSheet::make_numbers() {
-  numbers_.reserve(kNumbers);
-  for (std::size_t digits = 1, end = 10; digits <= kDigits; ++digits, end *= 10)
+  numbers_.reserve(number_count);
+  for (std::size_t digits = 1, end = 10; digits <= most_digits; ++digits, end *= 10)
     for (std::size_t value = 0; value < end; ++value) {
       const std::string text = std::to_string(value);
       numbers_.push_back(make(std::string(digits - text.size(), '0') + text));
@@ -156,7 +156,7 @@ std::uint32_t GlyphSheet::make(std::string_view text) {
   for (int y = 0; y < ink.piece.height; ++y)
     for (int x = 0; x < ink.piece.width; ++x) {
       const int covered = ink.at(x, y);
-      const double rim = kRimOpacity * ink.reach(x, y) * (255 - covered) / 255.0;
+      const double rim = rim_opacity * ink.reach(x, y) * (255 - covered) / 255.0;
       coverage_.push_back(static_cast<unsigned char>(covered));
       coverage_.push_back(static_cast<unsigned char>(std::lround(rim)));
     }
@@ -205,15 +205,15 @@ GlyphSheet::Ink GlyphSheet::ink_of(std::string_view text) {
 // ------------------------------------------------------------------------------------------ in colour
 
 GlyphSheet::Tinted& GlyphSheet::tinted(TovanColor tint) {
-  if (tinted_.size() >= kMostTints && tinted_.count(tint.value()) == 0) tinted_.clear();
+  if (tinted_.size() >= most_tints && tinted_.count(tint.value()) == 0) tinted_.clear();
   std::unique_ptr<Tinted>& entry = tinted_[tint.value()];
   if (!entry) entry = std::make_unique<Tinted>(*this, tint);
   return *entry;
 }
 
 const std::uint32_t* GlyphSheet::Tinted::pixels(std::uint32_t piece) {
-  if (piece >= starts_.size()) starts_.resize(sheet_.pieces_.size(), kUnpainted);
-  if (starts_[piece] == kUnpainted) paint(piece);
+  if (piece >= starts_.size()) starts_.resize(sheet_.pieces_.size(), unpainted);
+  if (starts_[piece] == unpainted) paint(piece);
   return pixels_.data() + starts_[piece];
 }
 

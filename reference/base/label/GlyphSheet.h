@@ -88,7 +88,7 @@ public:
 private:
   void paint(std::uint32_t piece);
 
-  static constexpr std::size_t kUnpainted = static_cast<std::size_t>(-1);
+  static constexpr std::size_t unpainted = static_cast<std::size_t>(-1);
 
   const GlyphSheet& sheet_;
   const TovanColor tint_;

@@ -18,15 +18,15 @@
 
 namespace {
 
-constexpr int kTile = 16;
+constexpr int tile = 16;
 
-constexpr std::uint32_t kRedAndBlue = 0x00ff00ffu;
+constexpr std::uint32_t red_and_blue = 0x00ff00ffu;
 
 /// One pixel over another, both multiplied by alpha.
 std::uint32_t over(std::uint32_t top, std::uint32_t bottom) {
   const std::uint32_t rest = 256 - (top >> 24);
-  const std::uint32_t red_blue = ((bottom & kRedAndBlue) * rest >> 8) & kRedAndBlue;
-  const std::uint32_t green_alpha = ((bottom >> 8) & kRedAndBlue) * rest & ~kRedAndBlue;
+  const std::uint32_t red_blue = ((bottom & red_and_blue) * rest >> 8) & red_and_blue;
+  const std::uint32_t green_alpha = ((bottom >> 8) & red_and_blue) * rest & ~red_and_blue;
   return top + (red_blue | green_alpha);
 }
 
@@ -38,12 +38,12 @@ constexpr std::array<std::uint32_t, 256> make_reciprocals() {
   return table;
 }
 
-constexpr std::array<std::uint32_t, 256> kReciprocals = make_reciprocals();
+constexpr std::array<std::uint32_t, 256> reciprocals = make_reciprocals();
 
 /// Four bytes as blending wants them, colours not multiplied by alpha.
 void write_straight(std::uint32_t pixel, unsigned char* out) {
   const std::uint32_t alpha = pixel >> 24;
-  const std::uint32_t scale = kReciprocals[alpha];
+  const std::uint32_t scale = reciprocals[alpha];
   for (int shift = 0; shift < 24; shift += 8)
     *out++ = static_cast<unsigned char>(std::min(255u, ((pixel >> shift & 255u) * scale + 32768u) >> 16));
   *out = static_cast<unsigned char>(alpha);
@@ -70,8 +70,8 @@ void LabelImage::clear(int width, int height) {
   if (width != width_ || height != height_) {
     width_ = width;
     height_ = height;
-    tiles_across_ = (width + kTile - 1) / kTile;
-    const int tiles_up = (height + kTile - 1) / kTile;
+    tiles_across_ = (width + tile - 1) / tile;
+    const int tiles_up = (height + tile - 1) / tile;
     pixels_.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
     used_tiles_.assign(static_cast<std::size_t>(tiles_across_) * static_cast<std::size_t>(tiles_up), 0);
     return;
@@ -88,9 +88,9 @@ void LabelImage::clear(int width, int height) {
 template <class Visit> void LabelImage::for_each_used_tile(Visit visit) const {
   for (std::size_t i = 0; i < used_tiles_.size(); ++i) {
     if (!used_tiles_[i]) continue;
-    const int left = static_cast<int>(i) % tiles_across_ * kTile;
-    const int low = static_cast<int>(i) / tiles_across_ * kTile;
-    visit(left, std::min(width_, left + kTile), low, std::min(height_, low + kTile));
+    const int left = static_cast<int>(i) % tiles_across_ * tile;
+    const int low = static_cast<int>(i) / tiles_across_ * tile;
+    visit(left, std::min(width_, left + tile), low, std::min(height_, low + tile));
   }
 }
 
@@ -104,8 +104,8 @@ void LabelImage::paint(const std::uint32_t* pixels, int width, int height, int x
     for (int i = 0; i < right - left; ++i)
       to[i] = over(from[i], to[i]);
   }
-  for (int tile_y = low / kTile; tile_y <= (high - 1) / kTile; ++tile_y)
-    for (int tile_x = left / kTile; tile_x <= (right - 1) / kTile; ++tile_x)
+  for (int tile_y = low / tile; tile_y <= (high - 1) / tile; ++tile_y)
+    for (int tile_x = left / tile; tile_x <= (right - 1) / tile; ++tile_x)
       used_tiles_[static_cast<std::size_t>(tile_y) * static_cast<std::size_t>(tiles_across_) +
                   static_cast<std::size_t>(tile_x)] = 1;
 }

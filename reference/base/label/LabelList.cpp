@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::size_t kFirstTable = 64;
+constexpr std::size_t first_table = 64;
 
 std::uint64_t bits_of(double value) {
   std::uint64_t bits = 0;
@@ -53,7 +53,7 @@ bool LabelList::holds(std::size_t i, const TovanVector& position, std::string_vi
 }
 
 void LabelList::grow_table() {
-  table_.assign(table_.empty() ? kFirstTable : 2 * table_.size(), 0);
+  table_.assign(table_.empty() ? first_table : 2 * table_.size(), 0);
   const std::size_t mask = table_.size() - 1;
   for (std::size_t i = 0; i < size(); ++i) {
     std::size_t slot = hashes_[i] & mask;

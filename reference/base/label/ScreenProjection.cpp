@@ -13,9 +13,9 @@ namespace {
 
 // A point on a surface is seldom exactly where the surface is drawn: curved faces are drawn as flat ones, and a
 // slanting face changes its depth within a pixel.
-constexpr double kSlackPixels = 3.0;
+constexpr double slack_pixels = 3.0;
 // For points on the border of the clipping range.
-constexpr double kRangeSlack = 1e-6;
+constexpr double range_slack = 1e-6;
 
 } // namespace
 
@@ -30,7 +30,7 @@ ScreenProjection::ScreenProjection(vtkRenderer* renderer) {
   perspective_ = !camera->GetParallelProjection();
   const double half_height =
       perspective_ ? std::tan(vtkMath::RadiansFromDegrees(camera->GetViewAngle()) / 2) : camera->GetParallelScale();
-  slack_ = kSlackPixels * 2.0 * half_height / height_;
+  slack_ = slack_pixels * 2.0 * half_height / height_;
   double direction[3];
   camera->GetDirectionOfProjection(direction);
   for (int i = 0; i < 2; ++i)
@@ -45,7 +45,7 @@ bool ScreenProjection::project(const TovanVector& point, Place& place) const {
     clip[row] = m[0] * point.x + m[1] * point.y + m[2] * point.z + m[3];
   }
   const double w = clip[3];
-  if (!(std::abs(clip[2]) <= w * (1.0 + kRangeSlack))) return false;
+  if (!(std::abs(clip[2]) <= w * (1.0 + range_slack))) return false;
   place.x = (clip[0] / w + 1.0) / 2.0 * width_;
   place.y = (clip[1] / w + 1.0) / 2.0 * height_;
   if (!(place.x >= 0.0 && place.x <= width_ && place.y >= 0.0 && place.y <= height_)) return false;

@@ -16,8 +16,8 @@
 
 namespace {
 
-constexpr double kDimmedOpacity = 0.8;
-constexpr int kPeels = 12;
+constexpr double dimmed_opacity = 0.8;
+constexpr int peels = 12;
 
 OBUtil::RenderMode mode_of(vtkActor* actor) {
   vtkInformation* keys = actor->GetPropertyKeys();
@@ -142,7 +142,7 @@ void FrameLooks::dress_for_picture(vtkRenderer* renderer, vtkActor* actor) {
     return;
   case OBUtil::Translucent:
     renderer->SetUseDepthPeeling(true);
-    renderer->SetMaximumNumberOfPeels(kPeels);
+    renderer->SetMaximumNumberOfPeels(peels);
     renderer->SetOcclusionRatio(0.0);
     break;
   default:
@@ -184,7 +184,7 @@ vtkProperty* FrameLooks::stand_in(vtkProperty* original, Look look) {
     entry.property = vtkSmartPointer<vtkProperty>::New();
   }
   if (look != Look::Scaled)
-    paint_flat(entry.property, original, background_, look == Look::Dimmed ? kDimmedOpacity : 1.0);
+    paint_flat(entry.property, original, background_, look == Look::Dimmed ? dimmed_opacity : 1.0);
   else if (entry.original_time != original->GetMTime())
     entry.property->DeepCopy(original);
   entry.original_time = original->GetMTime();

@@ -22,8 +22,8 @@
 namespace {
 
 // VTK's initial DPI says that nobody has asked the display yet.
-constexpr int kUnknownDpi = 72;
-constexpr int kPlainDpi = 96;
+constexpr int unknown_dpi = 72;
+constexpr int plain_dpi = 96;
 
 bool draws_labels(vtkProp* prop) {
   auto* actor = vtkActor2D::SafeDownCast(prop);
@@ -99,7 +99,7 @@ struct GView::Private {
 void GView::Private::open(vtkRenderWindow* window_of_host) {
   window = window_of_host ? vtkSmartPointer<vtkRenderWindow>(window_of_host) : vtkSmartPointer<vtkRenderWindow>::New();
   window->SetMultiSamples(0);
-  if (window->GetDPI() == kUnknownDpi) window->SetDPI(kPlainDpi);
+  if (window->GetDPI() == unknown_dpi) window->SetDPI(plain_dpi);
   renderer->SetBackground(0.91, 0.92, 0.94);
   renderer->UseFXAAOn();
   window->AddRenderer(renderer);
@@ -191,7 +191,7 @@ void GView::Private::prepare_models() {
 
 void GView::Private::start_drawing() {
   if (!reading_label_depth && labels_need_own_depth()) read_label_depth();
-  looks.put_on(renderer, part_actors(), static_cast<double>(window->GetDPI()) / kPlainDpi,
+  looks.put_on(renderer, part_actors(), static_cast<double>(window->GetDPI()) / plain_dpi,
                reading_label_depth ? FrameLooks::Pass::Depth : pass);
 }
 

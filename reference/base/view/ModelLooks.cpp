@@ -23,9 +23,9 @@ namespace {
 // Keys belong to VTK, which deletes them at exit: they are of VTK's own classes, made when first asked for, and found
 // again when this library was unloaded and comes back.
 template <class Key> Key* find_or_make_key(const char* name) {
-  constexpr const char* kLocation = "GModel";
-  if (auto* key = dynamic_cast<Key*>(vtkInformationKeyLookup::Find(name, kLocation))) return key;
-  return Key::MakeKey(name, kLocation);
+  constexpr const char* location = "GModel";
+  if (auto* key = dynamic_cast<Key*>(vtkInformationKeyLookup::Find(name, location))) return key;
+  return Key::MakeKey(name, location);
 }
 
 vtkInformationObjectBaseKey* back_pointer_key() {

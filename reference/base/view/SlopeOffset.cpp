@@ -21,27 +21,28 @@ namespace {
 
 // Points are wider, but a surface that gives way farther than the lines on its rim are wide lets what lies behind it
 // show along the rim.
-constexpr double kReachOfPoints = 1.0;
+constexpr double reach_of_points = 1.0;
 
-constexpr double kSlopeAtPoints = 2.0;
+constexpr double slope_at_points = 2.0;
 
-constexpr const char* kUniform = "orbelOffsetPixels";
+constexpr const char* uniform = "orbelOffsetPixels";
 // Derivatives are defined only where all fragments of a triangle pass.
-constexpr const char* kFlowTag = "//VTK::UniformFlow::Impl";
-constexpr const char* kMeasureSlope = "//VTK::UniformFlow::Impl\n"
-                                      "  float orbelSlope = abs(dFdx(gl_FragCoord.z)) + abs(dFdy(gl_FragCoord.z));\n";
-constexpr const char* kDepthTag = "//VTK::Depth::Impl";
-constexpr const char* kPushBack = "  gl_FragDepth = gl_FragCoord.z + orbelOffsetPixels * orbelSlope;\n";
+constexpr const char* flow_tag = "//VTK::UniformFlow::Impl";
+constexpr const char* measure_slope_code =
+    "//VTK::UniformFlow::Impl\n"
+    "  float orbelSlope = abs(dFdx(gl_FragCoord.z)) + abs(dFdy(gl_FragCoord.z));\n";
+constexpr const char* depth_tag = "//VTK::Depth::Impl";
+constexpr const char* push_back_code = "  gl_FragDepth = gl_FragCoord.z + orbelOffsetPixels * orbelSlope;\n";
 // VTK's own normal of a facet, from how places change from pixel to pixel. For meshes of some nanometres in metres the
 // product and its square are too small for single precision, for very large ones too large: facets would turn black.
-constexpr const char* kFacetNormal = "normalize(cross(fdx,fdy))";
-constexpr const char* kScaledFacetNormal = "normalize(cross(fdx / max(max(abs(fdx.x), abs(fdx.y)), abs(fdx.z)),"
-                                           " fdy / max(max(abs(fdy.x), abs(fdy.y)), abs(fdy.z))))";
+constexpr const char* facet_normal = "normalize(cross(fdx,fdy))";
+constexpr const char* scaled_facet_normal = "normalize(cross(fdx / max(max(abs(fdx.x), abs(fdx.y)), abs(fdx.z)),"
+                                            " fdy / max(max(abs(fdy.x), abs(fdy.y)), abs(fdy.z))))";
 
-constexpr const char* kLiftUniform = "orbelLift";
-constexpr const char* kPositionTag = "//VTK::PositionVC::Impl";
-constexpr const char* kLift = "//VTK::PositionVC::Impl\n"
-                              "  gl_Position.z = max(gl_Position.z + orbelLift, -gl_Position.w);\n";
+constexpr const char* lift_uniform = "orbelLift";
+constexpr const char* position_tag = "//VTK::PositionVC::Impl";
+constexpr const char* lift_code = "//VTK::PositionVC::Impl\n"
+                                  "  gl_Position.z = max(gl_Position.z + orbelLift, -gl_Position.w);\n";
 
 double offset_factor(vtkActor* actor) {
   double factor = 0.0, units = 0.0;
@@ -67,7 +68,7 @@ bool pushes_back(vtkShaderProperty* shader) {
     std::string tag, code;
     bool first = false, all = false;
     shader->GetNthShaderReplacement(i, tag, first, code, all);
-    if (code == kPushBack) return true;
+    if (code == push_back_code) return true;
   }
   return false;
 }
@@ -77,7 +78,7 @@ bool lifts_points(vtkShaderProperty* shader) {
     std::string tag, code;
     bool first = false, all = false;
     shader->GetNthShaderReplacement(i, tag, first, code, all);
-    if (code == kLift) return true;
+    if (code == lift_code) return true;
   }
   return false;
 }
@@ -107,7 +108,7 @@ double reach_of_lines_and_points(vtkActor* actor) {
   if (!data) return 0.0;
   const double line = data->GetNumberOfLines() > 0 ? actor->GetProperty()->GetLineWidth() / 2 : 0.0;
   const double point =
-      data->GetNumberOfVerts() > 0 ? std::min(kReachOfPoints, actor->GetProperty()->GetPointSize() / 2.0) : 0.0;
+      data->GetNumberOfVerts() > 0 ? std::min(reach_of_points, actor->GetProperty()->GetPointSize() / 2.0) : 0.0;
   return std::max(line, point);
 }
 
@@ -117,11 +118,11 @@ void set_slope_offset(vtkActor* actor, double pixels) {
   if (factor == 0.0 || !actor->IsA("vtkOpenGLActor")) return;
   vtkShaderProperty* shader = actor->GetShaderProperty();
   if (!pushes_back(shader)) {
-    shader->AddFragmentShaderReplacement(kFlowTag, true, kMeasureSlope, false);
-    shader->AddFragmentShaderReplacement(kDepthTag, true, kPushBack, false);
-    shader->AddFragmentShaderReplacement(kFacetNormal, false, kScaledFacetNormal, true);
+    shader->AddFragmentShaderReplacement(flow_tag, true, measure_slope_code, false);
+    shader->AddFragmentShaderReplacement(depth_tag, true, push_back_code, false);
+    shader->AddFragmentShaderReplacement(facet_normal, false, scaled_facet_normal, true);
   }
-  shader->GetFragmentCustomUniforms()->SetUniformf(kUniform, static_cast<float>(factor * pixels));
+  shader->GetFragmentCustomUniforms()->SetUniformf(uniform, static_cast<float>(factor * pixels));
 }
 
 void set_point_lift(vtkActor* actor, vtkRenderer* renderer, double scale) {
@@ -131,7 +132,7 @@ void set_point_lift(vtkActor* actor, vtkRenderer* renderer, double scale) {
   const bool lift = scale != 0.0 && actor->GetVisibility() && offset_factor(actor) == 0.0 &&
                     has_points_alone(first_poly_data(actor->GetMapper()->GetInputDataObject(0, 0)));
   if (!lift && !is_lifted) return;
-  if (!is_lifted) shader->AddVertexShaderReplacement(kPositionTag, true, kLift, false);
-  const double pixels = lift ? kSlopeAtPoints * scale * actor->GetProperty()->GetPointSize() / 2 : 0.0;
-  shader->GetVertexCustomUniforms()->SetUniformf(kLiftUniform, static_cast<float>(clip_depth_of(pixels, renderer)));
+  if (!is_lifted) shader->AddVertexShaderReplacement(position_tag, true, lift_code, false);
+  const double pixels = lift ? slope_at_points * scale * actor->GetProperty()->GetPointSize() / 2 : 0.0;
+  shader->GetVertexCustomUniforms()->SetUniformf(lift_uniform, static_cast<float>(clip_depth_of(pixels, renderer)));
 }

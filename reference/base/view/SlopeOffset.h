@@ -9,7 +9,7 @@ class vtkRenderer;
 // into the shader here.
 
 // A point's square reaches farther than the surface can be pushed back, so points come nearer besides: as far as a
-// slope of `kSlopeAtPoints` lets the surface rise under half a square.
+// slope of `slope_at_points` lets the surface rise under half a square.
 
 /// How many pixels the actor's lines reach to either side, or its points, of which one pixel counts at most; 0 for
 /// surfaces and hidden actors.
