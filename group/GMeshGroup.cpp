@@ -1,6 +1,7 @@
 #include "group/GMeshGroup.h"
 
 #include "group/EntityColors.h"
+#include "group/GroupCache.h"
 #include "mesh/MeshQueries.h"
 #include "mesh/database/MeshData.h"
 #include "model/GMeshModel.h"
@@ -148,6 +149,7 @@ Tarn::MeshData* GMeshGroup::database() const { return model_ ? model_->database(
 
 void GMeshGroup::replace_mesh(MeshVector mesh) {
   if (filtered_is_mesh_) filtered_mesh_ = std::move(mesh_);
+  filtered_time_.Modified();
   filtered_is_mesh_ = false;
   mesh_ = std::move(mesh);
 }
@@ -155,6 +157,7 @@ void GMeshGroup::replace_mesh(MeshVector mesh) {
 // The filtered mesh is that of the last build, whatever becomes of the mesh.
 void GMeshGroup::keep_filtered_mesh() {
   if (filtered_is_mesh_) filtered_mesh_ = mesh_;
+  filtered_time_.Modified();
   filtered_is_mesh_ = false;
 }
 

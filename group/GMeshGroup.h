@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <vector>
 
 class GMeshModel;
@@ -20,6 +21,7 @@ class vtkPlane;
 class vtkPolyData;
 class vtkUnstructuredGrid;
 struct EntityColors;
+struct GroupCache;
 namespace Tarn {
 class MeshData;
 }
@@ -193,4 +195,7 @@ private:
   vtkSmartPointer<vtkPolyData> edge_data_;
   vtkSmartPointer<vtkPolyData> node_data_;
   vtkSmartPointer<vtkPolyData> wire_node_data_;
+  vtkTimeStamp filtered_time_; // when the filtered entities were last chosen
+  friend class GroupPickIndex; // which keeps itself here
+  std::unique_ptr<GroupCache> pick_cache_;
 };

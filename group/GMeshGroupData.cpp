@@ -94,6 +94,7 @@ bool GMeshGroup::grid_is_stale() const {
 void GMeshGroup::build_whole_grid() {
   filtered_mesh_ = MeshVector();
   filtered_is_mesh_ = true;
+  filtered_time_.Modified();
   build_grid(mesh_, nullptr, nullptr);
 }
 
@@ -101,6 +102,7 @@ void GMeshGroup::build_clipped_grid() {
   ClippedMesh clipped = clip(mesh_, clipping_plane_, database());
   filtered_mesh_ = std::move(clipped.mesh);
   filtered_is_mesh_ = false;
+  filtered_time_.Modified();
   build_grid(filtered_mesh_, &clipped.node_positions, &clipped.element_positions);
 }
 

@@ -6,6 +6,8 @@
 #include "pick/DepthBuffer.h"
 #include "pick/PickedElement.h"
 #include "pick/PickedNode.h"
+#include "pick/index/GroupPickIndex.h"
+#include "pick/index/PickAdmission.h"
 #include "platform/base/GPickerBase.h"
 #include "platform/base/MultiCellPicker.h"
 #include "platform/base/OBPickUtil.h"
@@ -261,6 +263,8 @@ void GMeshPicker::compute_pick(vtkRenderer* renderer, float x, float y, bool use
   compute_pick_ray(renderer, x, y, ray);
   double tolerance = 0.0;
   compute_pick_tolerance(renderer, tolerance);
+  const LineAdmission near_ray(ray, tolerance);
+  MeshVector reduced;
 
   for (vtkActor* actor : pickable_actors(renderer)) {
     vtkMultiBlockDataSet* blocks = mesh_data(actor);
@@ -274,7 +278,8 @@ void GMeshPicker::compute_pick(vtkRenderer* renderer, float x, float y, bool use
       picker.setTolerance(tolerance);
       NodeHits node_hits;
       ElementHits element_hits;
-      pick_mesh_by_ray(picker, group->get_filtered_mesh(), ray, node_hits, element_hits, use_filter);
+      pick_mesh_by_ray(picker, GroupPickIndex::reduce(*group, near_ray, reduced), ray, node_hits, element_hits,
+                       use_filter);
       const bool element_filter = GPickerBase::is_filtered(gElementType);
       process_picks(db, node_hits, element_hits, renderer, element_filter, this);
     }
@@ -294,6 +299,9 @@ void GMeshPicker::compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* boun
   // Never emptied between groups: each hands over what was found so far.
   std::vector<Node> nodes;
   std::vector<Elem> elements;
+  int* const size = renderer->GetRenderWindow()->GetSize();
+  const RegionAdmission in_region(matrix, size, renderer->GetViewport(), *bounds);
+  MeshVector reduced;
   for (vtkActor* actor : pickable_actors(renderer)) {
     const double* box = actor->GetBounds();
     if (!box || !bounds->test(OBPickUtil::convert_world_bbox_to_display_bbox(box, matrix, renderer))) continue;
@@ -305,12 +313,15 @@ void GMeshPicker::compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* boun
       Tarn::MeshData* db = group->get_model()->database();
       PickInterface picker(db);
       picker.setPartialAccept(MultiCellPicker::mBoxPickAcceptPartialCells);
-      picker.setTransform(matrix, renderer->GetRenderWindow()->GetSize(), renderer->GetViewport());
-      pick_mesh_by_bounds(picker, group->get_filtered_mesh(), bounds, nodes, elements, use_filter);
+      picker.setTransform(matrix, size, renderer->GetViewport());
+      pick_mesh_by_bounds(picker, GroupPickIndex::reduce(*group, in_region, reduced), bounds, nodes, elements,
+                          use_filter);
       records.report(db, nodes, elements, this);
     }
   }
 }
+
+void GMeshPicker::use_index(bool on) { GroupPickIndex::is_used = on; }
 
 void GMeshPicker::compute_pick_ray(vtkRenderer* renderer, float x, float y, double* const ray) {
   vtkCamera* camera = renderer->GetActiveCamera();

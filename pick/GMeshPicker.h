@@ -49,6 +49,11 @@ public:
   /// those of each group after it. For visible entities only, the depth buffer must be current: `GView::render_depth`.
   virtual void compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* bounds, bool use_filter);
 
+  /// Whether picks of large groups look first where entities lie, in an index that is made at a group's first pick and
+  /// kept with it; true at first. Answers are the same either way. A host that moves nodes must report it
+  /// (`GMeshModel::update_mesh_transformed`), or switch the index off. The operations below never use it.
+  static void use_index(bool on);
+
   /// The ray through a display point, from the near to the far clipping plane: six doubles, left as they are where the
   /// camera is degenerate.
   static void compute_pick_ray(vtkRenderer* renderer, float x, float y, double* const ray);

@@ -1,0 +1,3 @@
+#include "group/GroupCache.h"
+
+GroupCache::~GroupCache() = default;
