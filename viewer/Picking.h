@@ -63,7 +63,7 @@ public:
   std::pair<std::size_t, std::size_t> place_among_possible() const;
   std::optional<PickRecord> hovered() const;
 
-  /// Seconds that a pick of one point may take, by the size of the mesh and by what can be picked: a rough guess.
+  /// Seconds that the first pick of one point may take, by the size of the mesh: a rough guess.
   double cost_of_point() const;
 
   /// The names that the pick filter admits; when set to nothing, the kinds that the mesh has.

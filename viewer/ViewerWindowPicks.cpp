@@ -190,7 +190,11 @@ void ViewerWindow::hover() {
   const auto record = picking_.hovered();
   overlay_.set_tooltip(record ? " " + one_line(name_text(*record)) + " \n " + one_line(owner_text(*record)) + " " : "",
                        mouse_.x, mouse_.y);
-  if (HoverPace::is_too_long(seconds)) {
+  // The first look makes an index, which later ones have.
+  const bool too_long = HoverPace::is_too_long(seconds);
+  const bool again = too_long && last_look_was_long_;
+  last_look_was_long_ = too_long;
+  if (again) {
     hovers_ = false;
     say(hover_is_off);
   } else if (record || changed) {
