@@ -100,7 +100,8 @@ void require_same_pick(const std::string& name, PickStage& stage, const PickedMe
     throw std::runtime_error(name + ": the pickers do not agree on what lies under the cursor");
 }
 
-/// One walk of a mesh picker through nodes, edges and elements; and a click, for which the pick system walks twice.
+/// A picker's walk through nodes, edges and elements; the same without an index, and when the index is yet to be made;
+/// and a click, for which the pick system walks twice.
 void compare_picks(const std::string& name, const std::string& mesh_name, const RawMesh& raw, Report& report) {
   PickStage stage;
   PickedMesh mesh(raw);
@@ -110,16 +111,21 @@ void compare_picks(const std::string& name, const std::string& mesh_name, const 
   const float x = width / 2 + aside;
   const float y = height / 2 + aside;
   require_same_pick(name, stage, mesh, stock, x, y);
+  const auto pick = [&] { stage.picker().compute_pick(stage.view()->renderer(), x, y, false); };
   const std::vector<double> medians = hold_contest({
-      {[&] { stage.picker().compute_pick(stage.view()->renderer(), x, y, false); }},
+      {pick},
       {[&] { stock.pick_plainly(x, y); }},
       {[&] { stock.pick_with_locator(x, y); }},
       {[&] { stock.select_pixel(width / 2, height / 2); }},
       {[&] { GPickerBase::pick(stage.view(), x, y); }},
+      {pick, [] { GMeshPicker::use_index(true); }, [] { GMeshPicker::use_index(false); }},
+      {pick, [] {}, [&] { mesh.touch(stage); }},
   });
   report.add_result(name, medians[0], medians[1]);
   report.add_result(name + "_static_locator", medians[0], medians[2]);
   report.add_result(name + "_hardware_selector", medians[0], medians[3]);
+  report.add_result(name + "_plain", medians[0], medians[5]);
+  report.add_result("first_" + name + "_plain", medians[6], medians[5]);
   report.add_time("click_" + mesh_name, medians[4]);
 }
 

@@ -54,6 +54,12 @@ void PickedMesh::show(PickStage& stage) {
   stage.view()->render();
 }
 
+void PickedMesh::touch(PickStage& stage) {
+  for (Tarn::SMeshOwnerType* owner : database_->owners())
+    model_->update_mesh_transformed(owner);
+  stage.view()->render();
+}
+
 void PickedMesh::hide() { model_->unhook_from_views(); }
 
 } // namespace bench

@@ -46,6 +46,8 @@ public:
   void show(PickStage& stage);
   /// Takes it out again.
   void hide();
+  /// Has what was kept of where the mesh lies forgotten, as when nodes were moved, and draws.
+  void touch(PickStage& stage);
   /// Where the element stands in the mesh; the count of elements for a stranger.
   std::size_t position_of(Tarn::Handle<1> element) const { return element.value - first_element_.value; }
 

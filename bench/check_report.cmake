@@ -33,7 +33,7 @@ function(expect_entries list names keys)
 endfunction()
 
 expect_entries(results
-  "grid_hex1m;grid_tet1m;grid_quad1m;first_display_hex1m;first_display_tet1m;first_display_hex1m_shuffled;first_display_tet1m_shuffled;first_display_tet5m;first_display_hex8m;first_display_wheelset;edges_quad60k;edges_quad1m;pick_hex1m;pick_hex1m_static_locator;pick_hex1m_hardware_selector;pick_hex1m_shuffled;pick_tet1m;labels_10k;region_1000_owners;region_10000_owners"
+  "grid_hex1m;grid_tet1m;grid_quad1m;first_display_hex1m;first_display_tet1m;first_display_hex1m_shuffled;first_display_tet1m_shuffled;first_display_tet5m;first_display_hex8m;first_display_wheelset;edges_quad60k;edges_quad1m;pick_hex1m;pick_hex1m_static_locator;pick_hex1m_hardware_selector;pick_hex1m_plain;first_pick_hex1m_plain;pick_hex1m_shuffled;pick_tet1m;labels_10k;region_1000_owners;region_10000_owners"
   "ours_ms;peer_ms;ratio")
 # Tiny meshes fit into memory that the process has anyway: nothing is known of these figures.
 expect_entries(memory "database_hex10m;peak_hex8m_per_face" "")
