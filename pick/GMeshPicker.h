@@ -49,9 +49,10 @@ public:
   /// those of each group after it. For visible entities only, the depth buffer must be current: `GView::render_depth`.
   virtual void compute_pick_by_bounds(vtkRenderer* renderer, PickBounds* bounds, bool use_filter);
 
-  /// Whether picks of large groups look first where entities lie, in an index that is made at a group's first pick and
-  /// kept with it; true at first. Answers are the same either way. A host that moves nodes must report it
-  /// (`GMeshModel::update_mesh_transformed`), or switch the index off. The operations below never use it.
+  /// Whether picks of large groups, by all pickers, look first where entities lie, in an index that is made at a
+  /// group's first pick and kept with it; true at first. Answers are the same either way, as long as a host reports
+  /// what it changes, moved nodes (`GMeshModel::update_mesh_transformed`) as well as deleted elements: one that does
+  /// not must switch the index off. What is kept stays until the group changes. The operations below never use it.
   static void use_index(bool on);
 
   /// The ray through a display point, from the near to the far clipping plane: six doubles, left as they are where the

@@ -282,6 +282,7 @@ void ViewerWindow::start_anew() {
   picking_.whole = options_.picking.whole;
   camera_ = options_.camera;
   hovers_ = !HoverPace::is_too_long(picking_.cost_of_point());
+  long_looks_ = 0;
 }
 
 void ViewerWindow::reset() {

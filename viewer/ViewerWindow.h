@@ -136,7 +136,7 @@ private:
   MouseState mouse_;
   HoverPace pace_;
   bool hovers_ = true;
-  bool last_look_was_long_ = false;
+  int long_looks_ = 0; // hovering, in a row
   bool button_down_ = false;
   std::optional<double> timer_due_; // when the next timer ends, in seconds
   bool needs_frame_ = false;        // something changed since the last one

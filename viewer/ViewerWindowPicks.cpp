@@ -26,7 +26,8 @@
 namespace viewer {
 namespace {
 
-constexpr int same_place = 3; // pixels
+constexpr int same_place = 3;      // pixels
+constexpr int most_long_looks = 3; // in a row, before hovering goes off
 constexpr auto hover_is_off = "hovering takes long in this mesh and is off now: J turns it on";
 
 bool is_near(const MouseState& a, const MouseState& b) {
@@ -190,11 +191,9 @@ void ViewerWindow::hover() {
   const auto record = picking_.hovered();
   overlay_.set_tooltip(record ? " " + one_line(name_text(*record)) + " \n " + one_line(owner_text(*record)) + " " : "",
                        mouse_.x, mouse_.y);
-  // The first look makes an index, which later ones have.
-  const bool too_long = HoverPace::is_too_long(seconds);
-  const bool again = too_long && last_look_was_long_;
-  last_look_was_long_ = too_long;
-  if (again) {
+  // The first look at an owner makes an index, which later ones have: one that is long is no habit.
+  long_looks_ = HoverPace::is_too_long(seconds) ? long_looks_ + 1 : 0;
+  if (long_looks_ == most_long_looks) {
     hovers_ = false;
     say(hover_is_off);
   } else if (record || changed) {
@@ -212,6 +211,7 @@ void ViewerWindow::end_hover() {
 
 void ViewerWindow::toggle_hover() {
   hovers_ = !hovers_;
+  long_looks_ = 0;
   pace_.stop();
   end_hover();
   say(std::string("hover ") + (hovers_ ? "on" : "off"));

@@ -30,28 +30,43 @@ std::uint64_t spread(std::uint64_t value) {
   return (value | value << 2) & 0x09249249u;
 }
 
-/// Tells where along a Morton curve through a box the centres of others lie.
+double centre_of(const Box& box, int axis) { return 0.5 * (double(box.minimum[axis]) + double(box.maximum[axis])); }
+
+/// Tells where along a Morton curve through most of many boxes the centres of all lie: a few far away, reference nodes
+/// say, must not put all others into one place.
 class MortonCurve {
 public:
-  explicit MortonCurve(const Box& all) {
+  explicit MortonCurve(const std::vector<Box>& boxes) {
+    constexpr std::size_t most_samples = 4096;
+    const std::size_t step = boxes.size() / most_samples + 1;
+    std::vector<double> centres;
     for (int axis = 0; axis < 3; ++axis) {
-      origin_[axis] = all.minimum[axis];
-      const double size = double(all.maximum[axis]) - double(all.minimum[axis]);
-      scale_[axis] = size > 0 ? double((1 << bits_per_axis) - 1) / size : 0;
+      centres.clear();
+      for (std::size_t i = 0; i < boxes.size(); i += step)
+        if (boxes[i].is_finite()) centres.push_back(centre_of(boxes[i], axis));
+      if (centres.empty()) continue;
+      std::sort(centres.begin(), centres.end());
+      const double low = centres[centres.size() / 100];
+      const double high = centres[centres.size() - 1 - centres.size() / 100];
+      const double margin = 0.05 * (high - low);
+      origin_[axis] = low - margin;
+      scale_[axis] = high > low ? last / (high - low + 2 * margin) : 0;
     }
   }
   std::uint64_t place(const Box& box) const {
     std::uint64_t code = 0;
     for (int axis = 0; axis < 3; ++axis) {
-      const double centre = 0.5 * (double(box.minimum[axis]) + double(box.maximum[axis]));
-      code |= spread(static_cast<std::uint64_t>((centre - origin_[axis]) * scale_[axis])) << axis;
+      const double along = (centre_of(box, axis) - origin_[axis]) * scale_[axis];
+      code |= spread(static_cast<std::uint64_t>(std::clamp(along, 0.0, last))) << axis;
     }
     return code;
   }
 
 private:
-  double origin_[3];
-  double scale_[3];
+  static constexpr double last = (1 << bits_per_axis) - 1;
+
+  double origin_[3] = {};
+  double scale_[3] = {};
 };
 
 // By the upper half, ten bits at a time from the lowest; what is equal keeps its order.
@@ -101,10 +116,7 @@ bool BoxTree::Box::is_finite() const {
 }
 
 BoxTree::BoxTree(const std::vector<Box>& boxes) {
-  Box all;
-  for (const Box& box : boxes)
-    if (box.is_finite()) all.add(box);
-  const MortonCurve curve(all);
+  const MortonCurve curve(boxes);
   std::vector<std::uint64_t> along;
   along.reserve(boxes.size());
   for (std::size_t i = 0; i < boxes.size(); ++i) {

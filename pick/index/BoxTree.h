@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <vector>
 
 /// Boxes of many things, by which those are found that meet a line or a part of the screen. Things lie along a Morton
@@ -27,8 +28,8 @@ public:
   /// Things whose boxes are not finite are always found.
   explicit BoxTree(const std::vector<Box>& boxes);
 
-  /// The things, by their places in the list, ascending, whose boxes are admitted. `admit` must admit a box that holds
-  /// one that it admits.
+  /// The things, by their places in the list, ascending, whose boxes are admitted; or all things, where that is most of
+  /// them. `admit` must admit a box that holds one that it admits.
   template <class Admit> std::vector<std::uint32_t> find(Admit admit) const {
     std::vector<std::uint32_t> found = always_;
     std::vector<std::uint32_t> here;
@@ -46,6 +47,7 @@ public:
         for (const std::uint32_t i : here)
           look_at(std::size_t(i) * branches, std::min(boxes.size(), (std::size_t(i) + 1) * branches));
       }
+      if (boxes.size() >= many && below.size() > boxes.size() / 8 * 7) return everything();
       here.swap(below);
     }
     for (const std::uint32_t i : here)
@@ -56,6 +58,13 @@ public:
 
 private:
   static constexpr std::size_t branches = 8;
+  static constexpr std::size_t many = 64; ///< boxes, the most of which stand for the most of all
+
+  std::vector<std::uint32_t> everything() const {
+    std::vector<std::uint32_t> all(order_.size() + always_.size());
+    std::iota(all.begin(), all.end(), std::uint32_t{0});
+    return all;
+  }
 
   std::vector<std::uint32_t> order_;     ///< the things along the curve
   std::vector<std::vector<Box>> levels_; ///< their boxes, then boxes of eight boxes each

@@ -20,6 +20,7 @@ constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t batch_size = 16384;
 
 constexpr std::size_t most_nodes = 27; // of an element that is no superelement
+constexpr std::size_t most_asked = 8;  // of a single element at once, by picks
 
 bool is_null(Node node) { return node.value == 0; }
 
@@ -44,13 +45,12 @@ private:
 class ElementBoxReader {
 public:
   ElementBoxReader(Tarn::MeshData& database, Tarn::ElementType kind)
-      : database_(database), is_super_(kind == Tarn::Superelement),
-        corners_(static_cast<std::size_t>(std::max(0, MDBDefines::NodesPerElement(kind)))) {}
+      : database_(database), corners_(static_cast<std::size_t>(std::max(0, MDBDefines::NodesPerElement(kind)))) {}
 
   bool read(const std::vector<Elem>& elements, std::vector<Box>& boxes) {
     boxes.assign(elements.size(), Box());
-    if (corners_ == 0) return false;
-    const std::size_t at_once = std::max<std::size_t>(1, batch_size / std::max(most_nodes, corners_));
+    if (corners_ == 0 || corners_ >= most_nodes) return false;
+    constexpr std::size_t at_once = batch_size / most_nodes;
     for (std::size_t first = 0; first < elements.size(); first += at_once)
       if (!read(&elements[first], std::min(at_once, elements.size() - first), &boxes[first])) return false;
     return true;
@@ -59,22 +59,37 @@ public:
 private:
   bool read(const Elem* elements, std::size_t count, Box* boxes) {
     // One node more than the corners tells elements of higher order, which are rare.
-    std::size_t stride = is_super_ ? corners_ : corners_ + 1;
+    std::size_t stride = corners_ + 1;
     ask(elements, count, stride);
-    if (!is_super_ && has_last_node(count, stride)) ask(elements, count, stride = most_nodes);
-    const std::size_t least = is_super_ ? 1 : corners_;
+    const std::size_t higher = first_of_higher_order(count, stride);
+    if (higher < count) ask(elements, count, stride = most_nodes);
+    if (!answers_alike(elements[0], &nodes_[0], stride)) return false;
+    if (higher < count && !answers_alike(elements[higher], &nodes_[higher * stride], stride)) return false;
     for (std::size_t i = 0; i < count; ++i)
-      if (!fill_up(&nodes_[i * stride], stride, least)) return false;
+      if (!fill_up(&nodes_[i * stride], stride)) return false;
     coordinates_.read(database_, nodes_.data(), nodes_.size());
     for (std::size_t node = 0; node < nodes_.size(); ++node)
       coordinates_.add_to(boxes[node / stride], node);
     return true;
   }
 
-  // Repeats the first node where there is none, which leaves the box as it is. False for fewer than `least` nodes.
-  static bool fill_up(Node* nodes, std::size_t count, std::size_t least) {
-    if (std::any_of(nodes, nodes + least, is_null)) return false;
-    std::replace_if(nodes + least, nodes + count, is_null, nodes[0]);
+  // Whether the database gives a single element's nodes as it gives those of many, cut off where there is room for
+  // fewer. Where it fails instead, the plain pick takes nodes of other elements, and must see all of them.
+  bool answers_alike(Elem element, const Node* nodes, std::size_t stride) const {
+    const auto own = static_cast<std::size_t>(std::find_if(nodes, nodes + stride, is_null) - nodes);
+    for (const std::size_t room : {std::min(corners_, most_asked), most_asked}) {
+      Node single[most_asked];
+      Count count = room;
+      if (database_.get_element_connectivity(element, &count, single) != 0) return false;
+      if (count != std::min(own, room) || !std::equal(single, single + count, nodes)) return false;
+    }
+    return true;
+  }
+
+  // Repeats the first node where there is none, which leaves the box as it is. False where corners are missing.
+  bool fill_up(Node* nodes, std::size_t count) const {
+    if (std::any_of(nodes, nodes + corners_, is_null)) return false;
+    std::replace_if(nodes + corners_, nodes + count, is_null, nodes[0]);
     return true;
   }
 
@@ -84,14 +99,14 @@ private:
     database_.get_connectivity(count, elements, &length, nodes_.data());
   }
 
-  bool has_last_node(std::size_t count, std::size_t stride) const {
-    for (std::size_t i = 0; i < count; ++i)
-      if (!is_null(nodes_[(i + 1) * stride - 1])) return true;
-    return false;
+  std::size_t first_of_higher_order(std::size_t count, std::size_t stride) const {
+    std::size_t i = 0;
+    while (i < count && is_null(nodes_[(i + 1) * stride - 1]))
+      ++i;
+    return i;
   }
 
   Tarn::MeshData& database_;
-  const bool is_super_;
   const std::size_t corners_;
   std::vector<Node> nodes_;
   Coordinates coordinates_;

@@ -6,6 +6,7 @@
 #include "pick/index/EntityBoxes.h"
 
 #include <limits>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -34,7 +35,9 @@ GroupPickIndex::GroupPickIndex(Tarn::MeshData& database, const MeshVector& mesh,
   std::vector<BoxTree::Box> boxes;
   for (std::size_t kind = 1; kind < mesh.elements.size(); ++kind) {
     const auto& elements = mesh.elements[kind];
-    if (elements.size() <= most_entities && boxes_of(database, elements, static_cast<Tarn::ElementType>(kind), boxes))
+    // Of superelements one may have more nodes than the rest of the mesh, and nobody tells in bulk how many.
+    if (kind != Tarn::Superelement && elements.size() <= most_entities &&
+        boxes_of(database, elements, static_cast<Tarn::ElementType>(kind), boxes))
       elements_[kind].emplace(boxes);
   }
 }
@@ -50,7 +53,11 @@ const GroupPickIndex* GroupPickIndex::of(GMeshGroup& group) {
   const auto* index = static_cast<const GroupPickIndex*>(group.pick_cache_.get());
   if (!index || index->filtered_ != filtered || index->moved_ != moved) {
     group.pick_cache_.reset(); // two would take twice the memory
-    group.pick_cache_.reset(new GroupPickIndex(*group.get_model()->database(), mesh, filtered, moved));
+    try {
+      group.pick_cache_.reset(new GroupPickIndex(*group.get_model()->database(), mesh, filtered, moved));
+    } catch (const std::bad_alloc&) {
+      return nullptr; // the plain pick needs none
+    }
     index = static_cast<const GroupPickIndex*>(group.pick_cache_.get());
   }
   return index;

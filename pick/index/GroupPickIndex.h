@@ -18,7 +18,7 @@ class MeshData;
 /// take. Made at the first pick of a large group and kept with it until its entities change or move.
 class GroupPickIndex : public GroupCache {
 public:
-  /// Whether picks use indices at all; true at first. Set on the thread that picks.
+  /// Whether picks of this process use indices at all; true at first. Set on the thread that picks.
   static bool is_used;
 
   /// The entities of the group that a pick has to look at, in their order: those in boxes that `admit` admits, written
@@ -34,7 +34,7 @@ public:
   }
 
 private:
-  /// Null where the database does not tell enough: the list is looked at as it is.
+  /// Null where the database does not tell enough, and for superelements: the list is looked at as it is.
   using Table = std::optional<BoxTree>;
 
   GroupPickIndex(Tarn::MeshData& database, const MeshVector& mesh, vtkMTimeType filtered, vtkMTimeType moved);
@@ -51,6 +51,8 @@ private:
     reduced.clear();
     for (const std::uint32_t place : table->find(admit))
       reduced.push_back(list[place]);
+    // A list that is not empty makes the plain pick sort what it found before; so it stays one, by what is not hit.
+    if (reduced.empty() && !list.empty()) reduced.push_back(list.front());
   }
 
   Table nodes_;

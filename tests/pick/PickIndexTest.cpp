@@ -215,6 +215,41 @@ TEST_F(PickIndex, GivenAFarAwayMesh_WhenPicked_ThenTheAnswersAreThoseOfThePlainP
   EXPECT_GT(expect_the_plain_answers(random, 4), 0u);
 }
 
+// What the plain pick finds among lone nodes and edges it sorts when there are other lists to look at, hit or not.
+TEST_F(PickIndex, GivenListsOfWhichNothingIsNear_WhenPicked_ThenHitsAreInTheOrderOfThePlainPick) {
+  test_support::NamedMesh mesh = test_support::quad_sheet(70, 70);
+  std::vector<int> ends;
+  for (const double at : {-1.0, -0.5}) {
+    ends.push_back(static_cast<int>(mesh.nodes.size()));
+    mesh.add_node(at, -0.5, 0);
+    ends.push_back(static_cast<int>(mesh.nodes.size()));
+    mesh.add_node(-at - 1.5, -0.5, 0);
+  }
+  const Elem first = mesh.add_element(Tarn::Edge, {ends[0], ends[1]});
+  const Elem second = mesh.add_element(Tarn::Edge, {ends[2], ends[3]});
+  mesh.mesh.elements[Tarn::Edge] = {second, first, second};
+  mesh.add_node(-1.5, -0.5, 0);
+  mesh.add_node(-1.5, -0.5, 0);
+  const Node lone[2] = {mesh.nodes[mesh.nodes.size() - 2], mesh.nodes.back()};
+  mesh.mesh.nodes = {lone[1], lone[0], lone[1]};
+  ShownMesh shown(std::move(mesh));
+  vtkCamera* camera = view_.renderer()->GetActiveCamera();
+  camera->SetFocalPoint(-1, -0.5, 0);
+  camera->SetPosition(-1, -0.5, 10);
+  std::size_t repeated = 0;
+  for (int x = 100; x < 200; x += 5) {
+    const auto ray = [&] { return pick(x, 100); };
+    const double low[2] = {x - 2.0, 98};
+    const double high[2] = {x + 2.0, 102};
+    PickRectangle around(low, high);
+    const auto region = [&] { return pick_region(around); };
+    EXPECT_TRUE(are_same(ray(), plainly(ray))) << x;
+    EXPECT_TRUE(are_same(region(), plainly(region))) << x;
+    repeated += system_.reports.size() > 1;
+  }
+  EXPECT_GT(repeated, 0u);
+}
+
 TEST_F(PickIndex, GivenALargeGroup_WhenPickedAgain_ThenOnlyTheFirstPickReadsTheMeshAndEachAsksLittle) {
   ShownMesh shown(test_support::hex_block(18, 16, 15));
   shown.database.forget_calls();
@@ -318,6 +353,37 @@ TEST_F(PickIndex, GivenAnElementWithoutNodes_WhenPicked_ThenItsListIsLookedAtPla
   EXPECT_THAT(system_.handles(false), testing::Contains(nodeless));
   EXPECT_TRUE(are_same(at_another(), plainly(at_another)));
   EXPECT_THAT(system_.handles(false), testing::Not(testing::Contains(nodeless)));
+}
+
+/// A database that fails where an element has more nodes than there is room for.
+class NoTruncation : public RecordingMeshData {
+public:
+  using RecordingMeshData::RecordingMeshData;
+  int get_element_connectivity(Elem element, Count* count, Node* nodes) override {
+    Count own = 0;
+    get_element_node_count(element, &own);
+    if (own > *count) return 1;
+    return RecordingMeshData::get_element_connectivity(element, count, nodes);
+  }
+};
+
+// The plain pick takes the quadrilaterals of higher order for those before them.
+TEST_F(PickIndex, GivenADatabaseThatDoesNotCutOff_WhenPicked_ThenTheAnswersAreThoseOfThePlainPick) {
+  for (const int every : {1, 5000}) {
+    test_support::NamedMesh mesh = test_support::quad_sheet(70, 70);
+    for (int i = 0; i < 5000; i += every)
+      mesh.add_own_element(Tarn::Quad, 8, 80 + i);
+    NoTruncation database(*mesh.database);
+    GMeshModel model(&database);
+    model.add_mesh(mesh.owner, mesh.mesh, TovanColor(200, 200, 200), 1.0F, false);
+    model.update_parts();
+    vtkCamera* camera = view_.renderer()->GetActiveCamera();
+    camera->SetFocalPoint(69.5, 69.5, 0); // the last that can be told
+    camera->SetPosition(69.5, 69.5, 10);
+    const auto ray = [&] { return pick(150, 100); };
+    EXPECT_TRUE(are_same(ray(), plainly(ray)));
+    EXPECT_THAT(system_.handles(false), testing::Contains(mesh.mesh.elements[Tarn::Quad].back().value));
+  }
 }
 
 TEST_F(PickIndex, GivenADatabaseThatFails_WhenPicked_ThenTheAnswersAreThoseOfThePlainPick) {
