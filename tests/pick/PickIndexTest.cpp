@@ -190,8 +190,8 @@ TEST_F(PickIndex, GivenElementsOfAllKindsAndForms_WhenPickedFromAnywhere_ThenThe
 // Rays along the faces and edges of a block, and a tolerance that just reaches the next.
 TEST_F(PickIndex, GivenABlock_WhenPickedOnItsGridLines_ThenTheAnswersAreThoseOfThePlainPick) {
   ShownMesh shown(test_support::hex_block(18, 16, 15));
-  for (const double x : {0.0, 50.0, 75.0, 300.0})
-    for (const double y : {0.0, 50.0, 125.0, 150.0}) {
+  for (const double x : {0.0, 75.0, 150.0})
+    for (const double y : {50.0, 125.0, 200.0}) {
       const auto ray = [&] { return pick(x, y); };
       EXPECT_TRUE(are_same(ray(), plainly(ray))) << x << " " << y;
     }
@@ -292,7 +292,7 @@ TEST_F(PickIndex, GivenAChange_WhenPickedAgain_ThenTheAnswersAreThoseOfThePlainP
   const auto expect_fresh_answers = [&](const char* change) {
     SCOPED_TRACE(change);
     shown.model.update_parts();
-    EXPECT_GT(expect_the_plain_answers(random, 3), 0u);
+    EXPECT_GT(expect_the_plain_answers(random, 2), 0u);
   };
   expect_fresh_answers("none");
 
